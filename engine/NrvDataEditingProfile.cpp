@@ -1,0 +1,279 @@
+#include "NrvDataEditingProfile.h"
+
+#include <cstring>
+
+#include "NrvOperation.h"
+#include "NrvParsingString.h"
+
+namespace {
+
+// Makes room for nNeeded bytes in *ppBuffer, keeping its first nKeep bytes.
+// The new buffer is allocated before the old one is released, so an
+// allocation failure leaves everything as it was.
+void Reserve(char** ppBuffer, size_t* pnCapacity, size_t nNeeded, size_t nKeep)
+{
+    if (nNeeded <= *pnCapacity)
+        return;
+    size_t nCapacity = *pnCapacity * 2;
+    if (nCapacity < nNeeded)
+        nCapacity = nNeeded;
+    char* pBuffer = new char[nCapacity];
+    if (nKeep != 0)
+        memcpy(pBuffer, *ppBuffer, nKeep);
+    delete[] *ppBuffer;
+    *ppBuffer = pBuffer;
+    *pnCapacity = nCapacity;
+}
+
+}  // namespace
+
+CNrvDataEditingProfile::CNrvDataEditingProfile()
+    : m_pszOriginalDecodedData(nullptr),
+      m_nOriginalDecodedDataLength(0),
+      m_nTriggerMinimumSize(0),
+      m_nTriggerMaximumSize(0),
+      m_pTriggerSymbologyId(nullptr),
+      m_nTriggerSymbologyIdCount(0),
+      m_pszTriggerContains(nullptr),
+      m_pszTriggerStartsBy(nullptr),
+      m_pszTriggerEndsWith(nullptr),
+      m_ParseResult(NRV_OK),
+      m_nOriginalDecodedDataCapacity(0),
+      m_pszEditedData(nullptr),
+      m_nEditedDataLength(0),
+      m_nEditedDataCapacity(0),
+      m_pszEditBuffer(nullptr),
+      m_nEditBufferCapacity(0)
+{
+}
+
+CNrvDataEditingProfile::~CNrvDataEditingProfile()
+{
+    RemoveAllOperations();
+    ResetTrigger();
+    delete[] m_pszOriginalDecodedData;
+    delete[] m_pszEditedData;
+    delete[] m_pszEditBuffer;
+}
+
+void CNrvDataEditingProfile::RemoveAllOperations()
+{
+    while (m_Operations.GetCount() > 0) {
+        void* pData = nullptr;
+        if (m_Operations.RemoveHead(&pData) >= 0)
+            delete static_cast<CNrvOperation*>(pData);
+    }
+    m_ParseResult = NRV_OK;
+}
+
+NRVRESULT CNrvDataEditingProfile::Parse(const char* pszExpression)
+{
+    if (pszExpression == nullptr)
+        return NRV_ERR_INVALID_PARAMETER;
+    RemoveAllOperations();
+    CNrvParsingString expression(pszExpression);
+    try {
+        m_ParseResult = CNrvOperation::Parse(this, CNrvOperationDictionary::GetLibraryDictionary(), kDelimiterOpen,
+                                             kDelimiterClose, &expression, &m_Operations);
+    } catch (...) {
+        // Never leave a half-built tree that Edit would run.
+        RemoveAllOperations();
+        throw;
+    }
+    return m_ParseResult;
+}
+
+NRVRESULT CNrvDataEditingProfile::Edit(TNrvScanDecodedData* pDecodedData)
+{
+    if (pDecodedData == nullptr || (pDecodedData->String.pValue == nullptr && pDecodedData->String.nLength != 0))
+        return NRV_ERR_INVALID_PARAMETER;
+    if (m_ParseResult < 0)
+        return m_ParseResult;
+    if (m_Operations.GetCount() == 0)
+        return NRV_OK;
+    if (!CheckIfTriggerConditionAreMet(pDecodedData))
+        return NRV_OK_NOT_TRIGGERED;
+
+    NRVRESULT result = WriteOriginalDecodedData(pDecodedData->String.pValue, pDecodedData->String.nLength);
+    if (result < 0)
+        return result;
+
+    // Built in the spare buffer: the record may still point at the previous
+    // edited data, which must survive a failure.
+    size_t nLength = 0;
+    TNrvPosition position = m_Operations.GetHeadPosition();
+    while (position != nullptr) {
+        void* pData = nullptr;
+        result = m_Operations.GetNext(&position, &pData);
+        if (result < 0)
+            return result;
+        CNrvOperationResult value;
+        result = static_cast<CNrvOperation*>(pData)->Run(value);
+        if (result < 0)
+            return result;
+        const char* pszText = value.GetResultString();
+        const size_t nText = pszText != nullptr ? value.GetResultStringLength() : 0;
+        Reserve(&m_pszEditBuffer, &m_nEditBufferCapacity, nLength + nText + 1, nLength);
+        if (nText != 0)
+            memcpy(m_pszEditBuffer + nLength, pszText, nText);
+        nLength += nText;
+    }
+    Reserve(&m_pszEditBuffer, &m_nEditBufferCapacity, nLength + 1, nLength);
+    m_pszEditBuffer[nLength] = '\0';
+
+    char* const pszEdited = m_pszEditBuffer;
+    const size_t nEditedCapacity = m_nEditBufferCapacity;
+    m_pszEditBuffer = m_pszEditedData;
+    m_nEditBufferCapacity = m_nEditedDataCapacity;
+    m_pszEditedData = pszEdited;
+    m_nEditedDataCapacity = nEditedCapacity;
+    m_nEditedDataLength = nLength;
+
+    pDecodedData->String.pValue = m_pszEditedData;
+    pDecodedData->String.nLength = m_nEditedDataLength;
+    return NRV_OK;
+}
+
+NRVRESULT CNrvDataEditingProfile::WriteOriginalDecodedData(const char* pszData, size_t nLength)
+{
+    if (pszData == nullptr && nLength != 0)
+        return NRV_ERR_INVALID_PARAMETER;
+    if (nLength + 1 > m_nOriginalDecodedDataCapacity) {
+        char* pszCopy = new char[nLength + 1];
+        if (nLength != 0)
+            memcpy(pszCopy, pszData, nLength);
+        delete[] m_pszOriginalDecodedData;
+        m_pszOriginalDecodedData = pszCopy;
+        m_nOriginalDecodedDataCapacity = nLength + 1;
+    } else if (nLength != 0) {
+        memmove(m_pszOriginalDecodedData, pszData, nLength);  // the data may be our own copy
+    }
+    m_pszOriginalDecodedData[nLength] = '\0';
+    m_nOriginalDecodedDataLength = nLength;
+    return NRV_OK;
+}
+
+bool CNrvDataEditingProfile::CheckIfTriggerConditionAreMet(TNrvScanDecodedData* pDecodedData)
+{
+    const char* pszData = pDecodedData->String.pValue;
+    const size_t nLength = pDecodedData->String.nLength;
+    if (m_nTriggerMinimumSize != 0 && nLength < m_nTriggerMinimumSize)
+        return false;
+    if (m_nTriggerMaximumSize != 0 && nLength > m_nTriggerMaximumSize)
+        return false;
+    if (m_nTriggerSymbologyIdCount > 0) {
+        bool bListed = false;
+        for (int i = 0; i < m_nTriggerSymbologyIdCount && !bListed; ++i)
+            bListed = m_pTriggerSymbologyId[i] == static_cast<int>(pDecodedData->SymbologyID);
+        if (!bListed)
+            return false;
+    }
+    if (m_pszTriggerContains != nullptr && !DoesContain(pszData, m_pszTriggerContains, nLength))
+        return false;
+    if (m_pszTriggerStartsBy != nullptr && !DoesStartBy(pszData, m_pszTriggerStartsBy, nLength))
+        return false;
+    if (m_pszTriggerEndsWith != nullptr && !DoesEndWith(pszData, m_pszTriggerEndsWith, nLength))
+        return false;
+    return true;
+}
+
+bool CNrvDataEditingProfile::DoesStartBy(const char* pszData, const char* pszText, size_t nDataLength)
+{
+    const size_t nText = strlen(pszText);
+    return nText <= nDataLength && memcmp(pszData, pszText, nText) == 0;
+}
+
+bool CNrvDataEditingProfile::DoesEndWith(const char* pszData, const char* pszText, size_t nDataLength)
+{
+    const size_t nText = strlen(pszText);
+    return nText <= nDataLength && memcmp(pszData + nDataLength - nText, pszText, nText) == 0;
+}
+
+bool CNrvDataEditingProfile::DoesContain(const char* pszData, const char* pszText, size_t nDataLength)
+{
+    // Over the record's length: the data may hold zero bytes.
+    const size_t nText = strlen(pszText);
+    if (nText > nDataLength)
+        return false;
+    const char* p = pszData;
+    const char* const pLast = pszData + (nDataLength - nText);
+    while (p <= pLast) {
+        p = static_cast<const char*>(memchr(p, pszText[0], static_cast<size_t>(pLast - p) + 1));
+        if (p == nullptr)
+            return false;
+        if (memcmp(p, pszText, nText) == 0)
+            return true;
+        ++p;
+    }
+    return false;
+}
+
+NRVRESULT CNrvDataEditingProfile::ResetTrigger()
+{
+    m_nTriggerMinimumSize = 0;
+    m_nTriggerMaximumSize = 0;
+    delete[] m_pTriggerSymbologyId;
+    m_pTriggerSymbologyId = nullptr;
+    m_nTriggerSymbologyIdCount = 0;
+    WriteTriggerText(&m_pszTriggerContains, nullptr);
+    WriteTriggerText(&m_pszTriggerStartsBy, nullptr);
+    WriteTriggerText(&m_pszTriggerEndsWith, nullptr);
+    return NRV_OK;
+}
+
+NRVRESULT CNrvDataEditingProfile::AddTriggerSymbology(int nSymbologyId)
+{
+    if (nSymbologyId < 0 || nSymbologyId >= kNrvScanSymbologyLastSymbologyID)
+        return NRV_ERR_INVALID_PARAMETER;
+    for (int i = 0; i < m_nTriggerSymbologyIdCount; ++i)
+        if (m_pTriggerSymbologyId[i] == nSymbologyId)
+            return NRV_OK;
+    int* pIds = new int[m_nTriggerSymbologyIdCount + 1];
+    if (m_nTriggerSymbologyIdCount != 0)
+        memcpy(pIds, m_pTriggerSymbologyId, sizeof(int) * m_nTriggerSymbologyIdCount);
+    pIds[m_nTriggerSymbologyIdCount] = nSymbologyId;
+    delete[] m_pTriggerSymbologyId;
+    m_pTriggerSymbologyId = pIds;
+    ++m_nTriggerSymbologyIdCount;
+    return NRV_OK;
+}
+
+NRVRESULT CNrvDataEditingProfile::WriteTriggerText(char** ppszTrigger, const char* pszText)
+{
+    char* pszCopy = nullptr;
+    if (pszText != nullptr && pszText[0] != '\0') {
+        const size_t nLength = strlen(pszText);
+        pszCopy = new char[nLength + 1];
+        memcpy(pszCopy, pszText, nLength + 1);
+    }
+    delete[] *ppszTrigger;
+    *ppszTrigger = pszCopy;
+    return NRV_OK;
+}
+
+NRVRESULT CNrvDataEditingProfile::WriteTriggerContains(const char* pszText)
+{
+    return WriteTriggerText(&m_pszTriggerContains, pszText);
+}
+
+NRVRESULT CNrvDataEditingProfile::WriteTriggerStartsBy(const char* pszText)
+{
+    return WriteTriggerText(&m_pszTriggerStartsBy, pszText);
+}
+
+NRVRESULT CNrvDataEditingProfile::WriteTriggerEndsWith(const char* pszText)
+{
+    return WriteTriggerText(&m_pszTriggerEndsWith, pszText);
+}
+
+NRVRESULT CNrvDataEditingProfile::WriteTriggerMinimumSize(size_t nSize)
+{
+    m_nTriggerMinimumSize = nSize;
+    return NRV_OK;
+}
+
+NRVRESULT CNrvDataEditingProfile::WriteTriggerMaximumSize(size_t nSize)
+{
+    m_nTriggerMaximumSize = nSize;
+    return NRV_OK;
+}

@@ -1,0 +1,82 @@
+#ifndef NRV_DATA_EDITING_PROFILE_H
+#define NRV_DATA_EDITING_PROFILE_H
+
+#include <cstddef>
+
+#include "NrvList.h"
+#include "NrvScanTypes.h"
+
+// Holds one parsed expression and the trigger conditions, and applies the
+// expression to each decoded-data record handed to Edit. Commands are written
+// between kDelimiterOpen and kDelimiterClose. One thread at a time.
+class CNrvDataEditingProfile {
+public:
+    static constexpr char kDelimiterOpen = '{';
+    static constexpr char kDelimiterClose = '}';
+
+    CNrvDataEditingProfile();
+    CNrvDataEditingProfile(const CNrvDataEditingProfile&) = delete;
+    CNrvDataEditingProfile& operator=(const CNrvDataEditingProfile&) = delete;
+    virtual ~CNrvDataEditingProfile();
+
+    // Replaces the expression. On failure returns the parser's code, and Edit
+    // refuses to run with that code until an expression parses.
+    NRVRESULT Parse(const char* pszExpression);
+    // When the triggers hold, replaces the record's String with the edited
+    // data: a zero-terminated buffer that the profile owns until the next
+    // Edit, the next Parse or its destruction. Returns NRV_OK_NOT_TRIGGERED
+    // when the triggers do not hold. On any failure the record is untouched.
+    NRVRESULT Edit(TNrvScanDecodedData* pDecodedData);
+
+    // Triggers: every condition that is set must hold. A null or empty text,
+    // a size of 0 and an empty symbology list mean "not set".
+    NRVRESULT ResetTrigger();
+    // NRV_ERR_INVALID_PARAMETER for an identifier outside the enumeration.
+    NRVRESULT AddTriggerSymbology(int nSymbologyId);
+    NRVRESULT WriteTriggerContains(const char* pszText);
+    NRVRESULT WriteTriggerStartsBy(const char* pszText);
+    NRVRESULT WriteTriggerEndsWith(const char* pszText);
+    // Inclusive bounds on the decoded data's length.
+    NRVRESULT WriteTriggerMinimumSize(size_t nSize);
+    NRVRESULT WriteTriggerMaximumSize(size_t nSize);
+
+    // The decoded data of the record being edited, read by the commands.
+    const char* GetOriginalDecodedData() const { return m_pszOriginalDecodedData; }
+    size_t GetOriginalDecodedDataLength() const { return m_nOriginalDecodedDataLength; }
+
+    // Deletes the expression; the profile then edits nothing.
+    void RemoveAllOperations();
+
+private:
+    bool CheckIfTriggerConditionAreMet(TNrvScanDecodedData* pDecodedData);
+    bool DoesStartBy(const char* pszData, const char* pszText, size_t nDataLength);
+    bool DoesEndWith(const char* pszData, const char* pszText, size_t nDataLength);
+    bool DoesContain(const char* pszData, const char* pszText, size_t nDataLength);
+    NRVRESULT WriteOriginalDecodedData(const char* pszData, size_t nLength);
+    static NRVRESULT WriteTriggerText(char** ppszTrigger, const char* pszText);
+
+    CNrvList m_Operations;
+    char* m_pszOriginalDecodedData;
+    size_t m_nOriginalDecodedDataLength;
+    size_t m_nTriggerMinimumSize;
+    size_t m_nTriggerMaximumSize;
+    int* m_pTriggerSymbologyId;
+    int m_nTriggerSymbologyIdCount;
+    char* m_pszTriggerContains;
+    char* m_pszTriggerStartsBy;
+    char* m_pszTriggerEndsWith;
+
+    // Not the parser's: the outcome of the last Parse, and the buffers the
+    // edited data is built in. Both buffers keep their capacity between
+    // edits; they swap after a successful one, so the record's previous
+    // text stays intact while the next one is built.
+    NRVRESULT m_ParseResult;
+    size_t m_nOriginalDecodedDataCapacity;
+    char* m_pszEditedData;
+    size_t m_nEditedDataLength;
+    size_t m_nEditedDataCapacity;
+    char* m_pszEditBuffer;
+    size_t m_nEditBufferCapacity;
+};
+
+#endif  // NRV_DATA_EDITING_PROFILE_H

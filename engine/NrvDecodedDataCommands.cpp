@@ -1,0 +1,39 @@
+#include "NrvDecodedDataCommands.h"
+
+#include "NrvDataEditingProfile.h"
+
+namespace {
+
+// Trailer bytes are those below 32 read as signed: controls and 0x80..0xFF.
+bool IsTrailerByte(char c)
+{
+    return static_cast<signed char>(c) < 32;
+}
+
+}  // namespace
+
+bool CNrvOperationDecodedData::CheckIfParametersAreCorrect() const
+{
+    return CheckParameterKinds("");
+}
+
+NRVRESULT CNrvOperationDecodedData::Run(CNrvOperationResult& Result) const
+{
+    const char* pszData = m_pDataEditing->GetOriginalDecodedData();
+    return Result.WriteResult(pszData, m_pDataEditing->GetOriginalDecodedDataLength());
+}
+
+bool CNrvOperationDecodedDataWithoutTrailer::CheckIfParametersAreCorrect() const
+{
+    return CheckParameterKinds("");
+}
+
+NRVRESULT CNrvOperationDecodedDataWithoutTrailer::Run(CNrvOperationResult& Result) const
+{
+    const char* pszData = m_pDataEditing->GetOriginalDecodedData();
+    size_t nKept = m_pDataEditing->GetOriginalDecodedDataLength();
+    // Data made only of trailer bytes, or none at all, keeps nothing.
+    while (nKept > 0 && IsTrailerByte(pszData[nKept - 1]))
+        --nKept;
+    return Result.WriteResult(pszData, nKept);
+}

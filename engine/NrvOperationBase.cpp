@@ -1,0 +1,89 @@
+#include "NrvOperationBase.h"
+
+#include <cstring>
+
+CNrvOperation::CNrvOperation(CNrvDataEditingProfile* pDataEditing) : m_pDataEditing(pDataEditing) {}
+
+CNrvOperation::~CNrvOperation()
+{
+    while (m_OperationsList.GetCount() > 0) {
+        void* pData = nullptr;
+        if (m_OperationsList.RemoveHead(&pData) >= 0)
+            delete static_cast<CNrvOperation*>(pData);
+    }
+}
+
+bool CNrvOperation::CanResultBeAString() const
+{
+    const int nType = GetResultType();
+    return nType == CNrvOperationResult::typeString || nType == CNrvOperationResult::typeStringOrInt;
+}
+
+bool CNrvOperation::CanResultBeAnInteger() const
+{
+    const int nType = GetResultType();
+    return nType == CNrvOperationResult::typeInt || nType == CNrvOperationResult::typeStringOrInt;
+}
+
+NRVRESULT CNrvOperation::CheckParametersCount(CNrvOperation* pOperation, CNrvParsingString* pOperationParameter,
+                                              char cOpen, char cClose)
+{
+    if (pOperation == nullptr || pOperationParameter == nullptr)
+        return NRV_ERR_INVALID_PARAMETER;
+    size_t nCount = 0;
+    size_t nOpen = 0;
+    const unsigned char* p = reinterpret_cast<const unsigned char*>(pOperationParameter->GetString());
+    const unsigned char* const pEnd = p + pOperationParameter->GetLength();
+    for (; p < pEnd; ++p) {
+        const unsigned char c = *p;
+        if (nOpen == 0 && c == ',') {
+            ++nCount;
+        } else if (c == static_cast<unsigned char>(cOpen)) {
+            if (nCount == 0)
+                nCount = 1;
+            ++nOpen;
+        } else if (c == static_cast<unsigned char>(cClose)) {
+            if (nCount == 0)
+                nCount = 1;
+            if (nOpen > 0)
+                --nOpen;
+        } else if (c != ' ' && nCount == 0 && nOpen == 0) {
+            nCount = 1;
+        }
+    }
+    return pOperation->GetParameterCount() == nCount ? NRV_OK : NRV_ERR_PARAMETER_COUNT;
+}
+
+bool CNrvOperation::CheckParameterKinds(const char* pszKinds) const
+{
+    const size_t nKinds = strlen(pszKinds);
+    if (nKinds != GetParameterCount() || static_cast<size_t>(m_OperationsList.GetCount()) != nKinds)
+        return false;
+    TNrvPosition position = m_OperationsList.GetHeadPosition();
+    for (size_t i = 0; i < nKinds; ++i) {
+        void* pData = nullptr;
+        if (m_OperationsList.GetNext(&position, &pData) < 0)
+            return false;
+        const CNrvOperation* pParameter = static_cast<const CNrvOperation*>(pData);
+        const bool bFits = pszKinds[i] == 'I' ? pParameter->CanResultBeAnInteger() : pParameter->CanResultBeAString();
+        if (!bFits)
+            return false;
+    }
+    return true;
+}
+
+NRVRESULT CNrvOperation::RunParameters(CNrvOperationResult* pResults, size_t nCount) const
+{
+    NRVRESULT result = NRV_OK;
+    TNrvPosition position = m_OperationsList.GetHeadPosition();
+    for (size_t i = 0; i < nCount; ++i) {
+        void* pData = nullptr;
+        result = m_OperationsList.GetNext(&position, &pData);
+        if (result < 0)
+            return result;
+        result = static_cast<const CNrvOperation*>(pData)->Run(pResults[i]);
+        if (result < 0)
+            return result;
+    }
+    return result;
+}

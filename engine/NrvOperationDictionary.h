@@ -1,0 +1,80 @@
+#ifndef NRV_OPERATION_DICTIONARY_H
+#define NRV_OPERATION_DICTIONARY_H
+
+#include "NrvList.h"
+#include "NrvOperationBase.h"
+
+// Makes the operation of one command.
+class CNrvOperationFactory {
+public:
+    virtual ~CNrvOperationFactory() {}
+    // Stores a new operation bound to pDataEditing in *ppOperation; the
+    // caller owns it. NRV_ERR_INVALID_PARAMETER for a null argument.
+    virtual NRVRESULT CreateOperation(CNrvDataEditingProfile* pDataEditing, CNrvOperation** ppOperation) = 0;
+
+protected:
+    CNrvOperationFactory() {}
+};
+
+// The factory every command shares; each command names its own subclass.
+template <class TOperation>
+class CNrvOperationFactoryOf : public CNrvOperationFactory {
+public:
+    NRVRESULT CreateOperation(CNrvDataEditingProfile* pDataEditing, CNrvOperation** ppOperation) override
+    {
+        if (pDataEditing == nullptr || ppOperation == nullptr)
+            return NRV_ERR_INVALID_PARAMETER;
+        *ppOperation = new TOperation(pDataEditing);
+        return NRV_OK;
+    }
+};
+
+// Maps command names to factories, in registration order. Filled once by
+// Initialize and only read afterwards.
+class CNrvOperationDictionary {
+public:
+    CNrvOperationDictionary() {}
+    CNrvOperationDictionary(const CNrvOperationDictionary&) = delete;
+    CNrvOperationDictionary& operator=(const CNrvOperationDictionary&) = delete;
+    virtual ~CNrvOperationDictionary();
+
+    // Registers the eighteen commands; returns the last registration's code.
+    NRVRESULT Initialize();
+    // The factory registered under the first nLength bytes of
+    // pszCommandName (compared byte for byte), or null.
+    CNrvOperationFactory* GetValue(const char* pszCommandName, size_t nLength) const;
+
+    // The library's dictionary: initialised on first use (safe from any
+    // thread) and only read afterwards.
+    static CNrvOperationDictionary* GetLibraryDictionary();
+
+protected:
+    // Appends one entry. NRV_ERR_INVALID_PARAMETER for a null factory or a
+    // null or empty key; on failure the factory stays with the caller.
+    NRVRESULT Add(const char* pszKey, CNrvOperationFactory* pFactory);
+
+private:
+    class _Map {
+    public:
+        _Map() : m_pszKey(nullptr), m_pFactory(nullptr) {}
+        _Map(const _Map&) = delete;
+        _Map& operator=(const _Map&) = delete;
+        ~_Map() { delete[] m_pszKey; }
+        NRVRESULT Initialize(const char* pszKey, CNrvOperationFactory* pFactory);
+        const char* GetKey() const { return m_pszKey; }
+        CNrvOperationFactory* GetFactory() const { return m_pFactory; }
+
+    private:
+        NRVRESULT AllocateAndCopy(const char* pszKey);
+
+        char* m_pszKey;
+        CNrvOperationFactory* m_pFactory;
+    };
+
+    template <class TFactory>
+    NRVRESULT Register(const char* pszKey);
+
+    CNrvList m_List;
+};
+
+#endif  // NRV_OPERATION_DICTIONARY_H

@@ -1,0 +1,49 @@
+#ifndef NRV_LIST_H
+#define NRV_LIST_H
+
+#include "NrvScanTypes.h"
+
+// Opaque handle to one element of a CNrvList; null means "no element". It
+// stays valid until that very element is removed.
+typedef void* TNrvPosition;
+
+// Doubly linked list of untyped pointers. The list owns its nodes only:
+// whoever puts an object in takes it out and deletes it.
+class CNrvList {
+public:
+    CNrvList();
+    ~CNrvList();
+    CNrvList(const CNrvList&) = delete;
+    CNrvList& operator=(const CNrvList&) = delete;
+
+    NRVRESULT AddHead(void* pData);
+    NRVRESULT AddTail(void* pData);
+    NRVRESULT RemoveHead(void** ppData);
+    NRVRESULT RemoveTail(void** ppData);
+    TNrvPosition GetHeadPosition() const;
+    TNrvPosition GetTailPosition() const;
+    NRVRESULT GetNext(TNrvPosition* pPosition, void** ppData) const;
+    NRVRESULT GetPrevious(TNrvPosition* pPosition, void** ppData) const;
+    NRVRESULT GetAt(TNrvPosition Position, void** ppData) const;
+    NRVRESULT RemoveAt(TNrvPosition Position, void** ppData);
+    // nIndex counts from 0; an index at or past GetCount() fails.
+    NRVRESULT FindIndex(size_t nIndex, TNrvPosition* pPosition) const;
+    NRVRESULT InsertBefore(TNrvPosition Position, void* pData);
+    NRVRESULT InsertAfter(TNrvPosition Position, void* pData);
+    int GetCount() const { return m_nCount; }
+
+private:
+    struct node {
+        node* pNext;
+        node* pPrevious;
+        void* pData;
+    };
+
+    void RemoveNode(node* pNode);
+
+    node* m_pHead;
+    node* m_pTail;
+    int m_nCount;
+};
+
+#endif  // NRV_LIST_H
