@@ -1,5 +1,53 @@
 #include "NrvCaseCommands.h"
 
+#include <cctype>
+#include <cstring>
+#include <memory>
+
+namespace {
+
+// A record's text, never null: an empty text when the record has none.
+const char* TextOf(CNrvOperationResult& value)
+{
+    const char* pszText = value.GetResultString();
+    return pszText != nullptr ? pszText : "";
+}
+
+// Rewrites each byte below 0x80 through pConvert. Bytes from 0x80 up may be
+// pieces of multi-byte characters and are copied as they are; they are also
+// outside what toupper/tolower are defined for when read as signed chars.
+NRVRESULT WriteConvertedCase(CNrvOperationResult& Text, int (*pConvert)(int), CNrvOperationResult& Result)
+{
+    const char* pszText = TextOf(Text);
+    const size_t nLength = Text.GetResultStringLength();
+    // Held by a smart pointer so that it is released if WriteResult throws.
+    std::unique_ptr<char[]> pszResult(new char[nLength + 1]);
+    for (size_t i = 0; i < nLength; ++i) {
+        const unsigned char c = static_cast<unsigned char>(pszText[i]);
+        pszResult[i] = c < 0x80 ? static_cast<char>(pConvert(c)) : pszText[i];
+    }
+    pszResult[nLength] = '\0';
+    return Result.WriteResult(pszResult.get(), nLength);
+}
+
+int ToUpper(int c)
+{
+    return toupper(c);
+}
+
+int ToLower(int c)
+{
+    return tolower(c);
+}
+
+// Below 32 when read as a signed byte: the controls and 0x80..0xFF.
+bool IsNonPrintable(char c)
+{
+    return static_cast<signed char>(c) < 32;
+}
+
+}  // namespace
+
 bool CNrvOperationMakeUpperCase::CheckIfParametersAreCorrect() const
 {
     return CheckParameterKinds("S");
@@ -7,8 +55,11 @@ bool CNrvOperationMakeUpperCase::CheckIfParametersAreCorrect() const
 
 NRVRESULT CNrvOperationMakeUpperCase::Run(CNrvOperationResult& Result) const
 {
-    (void)Result;  // TODO
-    return NRV_ERR_OUT_OF_RANGE;
+    CNrvOperationResult Text;
+    const NRVRESULT result = RunParameters(&Text, 1);
+    if (result < 0)
+        return result;
+    return WriteConvertedCase(Text, ToUpper, Result);
 }
 
 bool CNrvOperationMakeLowerCase::CheckIfParametersAreCorrect() const
@@ -18,8 +69,11 @@ bool CNrvOperationMakeLowerCase::CheckIfParametersAreCorrect() const
 
 NRVRESULT CNrvOperationMakeLowerCase::Run(CNrvOperationResult& Result) const
 {
-    (void)Result;  // TODO
-    return NRV_ERR_OUT_OF_RANGE;
+    CNrvOperationResult Text;
+    const NRVRESULT result = RunParameters(&Text, 1);
+    if (result < 0)
+        return result;
+    return WriteConvertedCase(Text, ToLower, Result);
 }
 
 bool CNrvOperationReplaceNonPrintableCharacters::CheckIfParametersAreCorrect() const
@@ -29,6 +83,32 @@ bool CNrvOperationReplaceNonPrintableCharacters::CheckIfParametersAreCorrect() c
 
 NRVRESULT CNrvOperationReplaceNonPrintableCharacters::Run(CNrvOperationResult& Result) const
 {
-    (void)Result;  // TODO
-    return NRV_ERR_OUT_OF_RANGE;
+    CNrvOperationResult Params[2];
+    const NRVRESULT result = RunParameters(Params, 2);
+    if (result < 0)
+        return result;
+    const char* pszText = TextOf(Params[0]);
+    const size_t nText = Params[0].GetResultStringLength();
+    const char* pszReplacement = TextOf(Params[1]);
+    const size_t nReplacement = Params[1].GetResultStringLength();
+
+    // First pass sizes the result exactly, so the buffer is taken once.
+    size_t nNonPrintable = 0;
+    for (size_t i = 0; i < nText; ++i) {
+        if (IsNonPrintable(pszText[i]))
+            ++nNonPrintable;
+    }
+    const size_t nNewSize = (nText - nNonPrintable) + nNonPrintable * nReplacement;
+    std::unique_ptr<char[]> pszResult(new char[nNewSize + 1]);
+    size_t index = 0;
+    for (size_t i = 0; i < nText; ++i) {
+        if (!IsNonPrintable(pszText[i])) {
+            pszResult[index++] = pszText[i];
+        } else if (nReplacement != 0) {
+            memcpy(pszResult.get() + index, pszReplacement, nReplacement);
+            index += nReplacement;
+        }
+    }
+    pszResult[nNewSize] = '\0';
+    return Result.WriteResult(pszResult.get(), nNewSize);
 }

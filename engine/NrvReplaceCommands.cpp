@@ -1,5 +1,19 @@
 #include "NrvReplaceCommands.h"
 
+#include <cstring>
+#include <memory>
+
+namespace {
+
+// A record's text, never null: an empty text when the record has none.
+const char* TextOf(CNrvOperationResult& value)
+{
+    const char* pszText = value.GetResultString();
+    return pszText != nullptr ? pszText : "";
+}
+
+}  // namespace
+
 bool CNrvOperationReplace::CheckIfParametersAreCorrect() const
 {
     return CheckParameterKinds("SSS");
@@ -7,8 +21,46 @@ bool CNrvOperationReplace::CheckIfParametersAreCorrect() const
 
 NRVRESULT CNrvOperationReplace::Run(CNrvOperationResult& Result) const
 {
-    (void)Result;  // TODO
-    return NRV_ERR_OUT_OF_RANGE;
+    CNrvOperationResult Params[3];
+    const NRVRESULT result = RunParameters(Params, 3);
+    if (result < 0)
+        return result;
+    const char* pszText = TextOf(Params[0]);
+    const size_t nText = Params[0].GetResultStringLength();
+    const char* pszSearch = TextOf(Params[1]);
+    const size_t nSearch = Params[1].GetResultStringLength();
+    const char* pszReplacement = TextOf(Params[2]);
+    const size_t nReplacement = Params[2].GetResultStringLength();
+
+    // The text must be strictly longer than what is searched for.
+    if (nText <= nSearch)
+        return NRV_ERR_OUT_OF_RANGE;
+
+    // Both texts are zero-terminated, so the search stops at the first zero
+    // byte of either; an empty search text is found at 0.
+    const char* pszFound = strstr(pszText, pszSearch);
+    if (pszFound == nullptr)
+        return Result.WriteResult(pszText, nText);
+    const size_t indexStart = static_cast<size_t>(pszFound - pszText);
+    const size_t indexStop = indexStart + nSearch;
+    // A search text with a zero byte is matched only up to that byte, yet cuts
+    // out its whole length: when that would run past the end, the occurrence
+    // does not fit and the text stays as it is.
+    if (indexStop > nText)
+        return Result.WriteResult(pszText, nText);
+
+    const size_t newSize = nText - nSearch + nReplacement;
+    std::unique_ptr<char[]> pszResult(new char[newSize + 1]);
+    char* pOut = pszResult.get();
+    memcpy(pOut, pszText, indexStart);
+    pOut += indexStart;
+    if (nReplacement != 0) {
+        memcpy(pOut, pszReplacement, nReplacement);
+        pOut += nReplacement;
+    }
+    memcpy(pOut, pszText + indexStop, nText - indexStop);
+    pszResult[newSize] = '\0';
+    return Result.WriteResult(pszResult.get(), newSize);
 }
 
 bool CNrvOperationSubstitute::CheckIfParametersAreCorrect() const
@@ -18,6 +70,40 @@ bool CNrvOperationSubstitute::CheckIfParametersAreCorrect() const
 
 NRVRESULT CNrvOperationSubstitute::Run(CNrvOperationResult& Result) const
 {
-    (void)Result;  // TODO
-    return NRV_ERR_OUT_OF_RANGE;
+    CNrvOperationResult Params[3];
+    const NRVRESULT result = RunParameters(Params, 3);
+    if (result < 0)
+        return result;
+    const char* pszInput = TextOf(Params[0]);
+    const size_t sizeInput = Params[0].GetResultStringLength();
+    const char* pszSearch = TextOf(Params[1]);
+    const size_t sizeSearch = Params[1].GetResultStringLength();
+    const char* pszReplacement = TextOf(Params[2]);
+    const size_t sizeReplacement = Params[2].GetResultStringLength();
+
+    if (sizeSearch == 0)
+        return NRV_ERR_OUT_OF_RANGE;
+
+    // Membership runs over the recorded length: a zero byte in the set is a
+    // member like any other byte.
+    auto IsInSet = [pszSearch, sizeSearch](char c) { return memchr(pszSearch, c, sizeSearch) != nullptr; };
+
+    size_t nCount = 0;
+    for (size_t i = 0; i < sizeInput; ++i) {
+        if (IsInSet(pszInput[i]))
+            ++nCount;
+    }
+    const size_t newSize = sizeInput - nCount + nCount * sizeReplacement;
+    std::unique_ptr<char[]> pszResult(new char[newSize + 1]);
+    size_t index = 0;
+    for (size_t i = 0; i < sizeInput; ++i) {
+        if (!IsInSet(pszInput[i])) {
+            pszResult[index++] = pszInput[i];
+        } else if (sizeReplacement != 0) {
+            memcpy(pszResult.get() + index, pszReplacement, sizeReplacement);
+            index += sizeReplacement;
+        }
+    }
+    pszResult[newSize] = '\0';
+    return Result.WriteResult(pszResult.get(), newSize);
 }

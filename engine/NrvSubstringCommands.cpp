@@ -1,5 +1,31 @@
 #include "NrvSubstringCommands.h"
 
+#include <cstring>
+
+namespace {
+
+// A record's text, never null: an empty text when the record has none.
+const char* TextOf(CNrvOperationResult& value)
+{
+    const char* pszText = value.GetResultString();
+    return pszText != nullptr ? pszText : "";
+}
+
+// Both reserved index values stand for "not given" here.
+bool IsReservedIndex(size_t nIndex)
+{
+    return nIndex == kNrvSizeIndexNone || nIndex == kNrvSizeIndexNotFound;
+}
+
+// Stores the piece [nStart, nStop) of pszText, nStart <= nStop. WriteResult
+// makes the one buffer of the piece's exact size.
+NRVRESULT WritePiece(const char* pszText, size_t nStart, size_t nStop, CNrvOperationResult& Result)
+{
+    return Result.WriteResult(pszText + nStart, nStop - nStart);
+}
+
+}  // namespace
+
 bool CNrvOperationSubstring::CheckIfParametersAreCorrect() const
 {
     return CheckParameterKinds("SII");
@@ -7,8 +33,28 @@ bool CNrvOperationSubstring::CheckIfParametersAreCorrect() const
 
 NRVRESULT CNrvOperationSubstring::Run(CNrvOperationResult& Result) const
 {
-    (void)Result;  // TODO
-    return NRV_ERR_OUT_OF_RANGE;
+    CNrvOperationResult Params[3];
+    const NRVRESULT result = RunParameters(Params, 3);
+    if (result < 0)
+        return result;
+    const char* pszText = TextOf(Params[0]);
+    const size_t nLength = Params[0].GetResultStringLength();
+
+    // Indexes compare as sizes: a negative index other than the reserved
+    // ones lies beyond the end and is clamped like any other.
+    size_t nStart = Params[1].GetResultInteger();
+    if (IsReservedIndex(nStart))
+        nStart = 0;
+    size_t nStop = Params[2].GetResultInteger();
+    if (IsReservedIndex(nStop))
+        nStop = nLength;
+    if (nStart > nLength)
+        nStart = nLength;
+    if (nStop > nLength)
+        nStop = nLength;
+    if (nStart > nStop)
+        nStart = nStop;
+    return WritePiece(pszText, nStart, nStop, Result);
 }
 
 bool CNrvOperationExtract::CheckIfParametersAreCorrect() const
@@ -18,6 +64,44 @@ bool CNrvOperationExtract::CheckIfParametersAreCorrect() const
 
 NRVRESULT CNrvOperationExtract::Run(CNrvOperationResult& Result) const
 {
-    (void)Result;  // TODO
-    return NRV_ERR_OUT_OF_RANGE;
+    CNrvOperationResult Params[3];
+    const NRVRESULT result = RunParameters(Params, 3);
+    if (result < 0)
+        return result;
+    const char* pszText = TextOf(Params[0]);
+    const size_t nLength = Params[0].GetResultStringLength();
+    if (nLength == 0 || Params[1].GetResultStringLength() == 0 || Params[2].GetResultStringLength() == 0)
+        return NRV_ERR_OUT_OF_RANGE;
+
+    // A missing start marker means from the beginning, a missing stop marker
+    // to the end.
+    const int nAfterStart = GetOccurrenceIndex(pszText, TextOf(Params[1]), true);
+    size_t nStart = nAfterStart >= 0 ? static_cast<size_t>(nAfterStart) : 0;
+    const int nStopMarker = GetOccurrenceIndex(pszText, TextOf(Params[2]), false);
+    size_t nStop = nStopMarker >= 0 ? static_cast<size_t>(nStopMarker) : nLength;
+    if (nStop > nLength)
+        nStop = nLength;
+    // The last stop marker begins before the first start marker ends.
+    if (nStart > nStop)
+        nStart = nStop;
+    return WritePiece(pszText, nStart, nStop, Result);
+}
+
+int CNrvOperationExtract::GetOccurrenceIndex(const char* pszInput, const char* pszSearch, bool bFirst) const
+{
+    const size_t n = strlen(pszInput);
+    const size_t m = strlen(pszSearch);
+    int index = kNrvIndexNotFound;
+    // A marker as long as the text or longer is never looked for, so a
+    // marker equal to the whole text is not found.
+    if (m >= n)
+        return index;
+    for (size_t i = 0; i <= n - m; ++i) {
+        if (pszInput[i] != pszSearch[0] || memcmp(pszInput + i, pszSearch, m) != 0)
+            continue;
+        if (bFirst)
+            return static_cast<int>(i + m);
+        index = static_cast<int>(i);
+    }
+    return index;
 }
