@@ -1,0 +1,248 @@
+// nrv-edit: tries a data-editing expression on scans given on the command
+// line, or applies it to every line of a file or of standard input.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "NrvDataEditingProfile.h"
+#include "NrvParsingString.h"
+#include "NrvScanTypes.h"
+#include "command_list.h"
+#include "escapes.h"
+#include "line_io.h"
+#include "options.h"
+#include "result_codes.h"
+#include "symbologies.h"
+
+#ifndef NRV_EDIT_VERSION
+#define NRV_EDIT_VERSION "unknown"
+#endif
+
+namespace {
+
+enum { kExitOk = 0, kExitScanFailed = 1, kExitUsage = 2 };
+
+int UsageError(const std::string& message)
+{
+    fprintf(stderr, "nrv-edit: %s\nTry 'nrv-edit --help' for more information.\n", message.c_str());
+    return kExitUsage;
+}
+
+struct STrace {
+    bool bEcho;
+    std::string firstError;  // where the parse went wrong, for the message
+};
+
+void OnTraceLine(bool bError, const char* pszLine, void* pContext)
+{
+    STrace* pTrace = static_cast<STrace*>(pContext);
+    if (bError && pTrace->firstError.empty())
+        pTrace->firstError = pszLine;
+    if (pTrace->bEcho)
+        fprintf(stderr, "trace: %s%s\n", bError ? "ERROR: " : "", pszLine);
+}
+
+// Unescapes a trigger text given with -e. Triggers are zero-terminated
+// texts, so a zero byte cannot be one of their bytes.
+bool DecodeTrigger(const char* pszName, const char* pszText, bool bEscapes, std::string* pOut, std::string* pError)
+{
+    if (!bEscapes) {
+        *pOut = pszText;
+        return true;
+    }
+    std::string problem;
+    if (!Unescape(pszText, strlen(pszText), pOut, &problem)) {
+        *pError = std::string(pszName) + " '" + pszText + "': " + problem;
+        return false;
+    }
+    if (pOut->find('\0') != std::string::npos) {
+        *pError = std::string(pszName) + " '" + pszText + "': a trigger text cannot hold a zero byte";
+        return false;
+    }
+    return true;
+}
+
+struct STriggerTexts {
+    std::string contains, startsWith, endsWith;
+};
+
+// Edits scans one at a time and prints one line for each.
+class CScanPrinter {
+public:
+    CScanPrinter(CNrvDataEditingProfile* pProfile, ENrvScanSymbologyID symbology, bool bEscapes, COutput* pOutput)
+        : m_pProfile(pProfile), m_Symbology(symbology), m_bEscapes(bEscapes), m_pOutput(pOutput), m_nScan(0),
+          m_bAnyFailed(false)
+    {
+    }
+
+    void EditAndPrint(char* pData, size_t nLength)
+    {
+        ++m_nScan;
+        const char* pszName = SymbologyName(m_Symbology);
+        // The engine never writes through the name; the record type is not const.
+        TNrvScanDecodedData record = {m_Symbology, {strlen(pszName), const_cast<char*>(pszName)}, {nLength, pData}};
+        const NRVRESULT result = m_pProfile->Edit(&record);
+        if (result < 0) {
+            // The record is untouched: the scan goes out as it came in.
+            fprintf(stderr, "nrv-edit: scan %llu: %s\n", m_nScan, DescribeResult(result).c_str());
+            m_bAnyFailed = true;
+        }
+        if (m_bEscapes) {
+            m_Escaped.clear();
+            AppendEscaped(record.String.pValue, record.String.nLength, &m_Escaped);
+            m_pOutput->Write(m_Escaped.data(), m_Escaped.size());
+        } else {
+            m_pOutput->Write(record.String.pValue, record.String.nLength);
+        }
+        m_pOutput->Write('\n');
+    }
+
+    bool AnyFailed() const { return m_bAnyFailed; }
+    unsigned long long Count() const { return m_nScan; }
+
+private:
+    CNrvDataEditingProfile* m_pProfile;
+    ENrvScanSymbologyID m_Symbology;
+    bool m_bEscapes;
+    COutput* m_pOutput;
+    unsigned long long m_nScan;
+    bool m_bAnyFailed;
+    std::string m_Escaped;
+};
+
+int Finish(COutput* pOutput, const CScanPrinter& printer)
+{
+    if (!pOutput->Flush()) {
+        fprintf(stderr, "nrv-edit: cannot write the output: %s\n", strerror(errno));
+        return kExitUsage;
+    }
+    return printer.AnyFailed() ? kExitScanFailed : kExitOk;
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    SOptions options;
+    std::string error;
+    if (!ParseOptions(argc, argv, &options, &error))
+        return UsageError(error);
+    if (options.bHelp) {
+        PrintHelp();
+        return kExitOk;
+    }
+    if (options.bVersion) {
+        printf("nrv-edit %s\n", NRV_EDIT_VERSION);
+        return kExitOk;
+    }
+    if (options.bListCommands)
+        return PrintCommandList() ? kExitOk : kExitScanFailed;
+    if (options.pszExpression == nullptr)
+        return UsageError("missing EXPRESSION");
+
+    // Every usage mistake is reported before anything is parsed or read.
+    const bool bFromArguments = !options.data.empty();
+    if (bFromArguments && options.pszInput != nullptr)
+        return UsageError("give the scans either as DATA arguments or with -i, not both");
+    STriggerTexts triggers;
+    if (options.pszContains != nullptr &&
+        !DecodeTrigger("--contains", options.pszContains, options.bEscapes, &triggers.contains, &error))
+        return UsageError(error);
+    if (options.pszStartsWith != nullptr &&
+        !DecodeTrigger("--starts-with", options.pszStartsWith, options.bEscapes, &triggers.startsWith, &error))
+        return UsageError(error);
+    if (options.pszEndsWith != nullptr &&
+        !DecodeTrigger("--ends-with", options.pszEndsWith, options.bEscapes, &triggers.endsWith, &error))
+        return UsageError(error);
+    std::vector<std::string> decodedArguments;
+    if (options.bEscapes) {
+        for (size_t i = 0; i < options.data.size(); ++i) {
+            std::string decoded, problem;
+            if (!Unescape(options.data[i], strlen(options.data[i]), &decoded, &problem))
+                return UsageError("DATA argument " + std::to_string(i + 1) + " '" + options.data[i] + "': " + problem);
+            decodedArguments.push_back(std::move(decoded));
+        }
+    }
+
+    CNrvDataEditingProfile profile;
+    STrace trace = {options.bTrace, std::string()};
+    CNrvParsingString::SetTraceCallback(OnTraceLine, &trace);
+    const NRVRESULT parsed = profile.Parse(options.pszExpression);
+    CNrvParsingString::SetTraceCallback(nullptr, nullptr);
+    if (parsed < 0) {
+        std::string message = "nrv-edit: cannot parse the expression: " + DescribeResult(parsed);
+        if (!trace.firstError.empty())
+            message += "; parser: " + trace.firstError;
+        fprintf(stderr, "%s\n", message.c_str());
+        return kExitUsage;
+    }
+    if (options.bCheck) {
+        puts("ok");
+        return kExitOk;
+    }
+
+    // Empty texts leave a trigger unset, as the profile defines.
+    profile.WriteTriggerMinimumSize(options.nMinSize);
+    profile.WriteTriggerMaximumSize(options.nMaxSize);
+    for (ENrvScanSymbologyID id : options.onlySymbologies)
+        profile.AddTriggerSymbology(id);
+    profile.WriteTriggerContains(triggers.contains.c_str());
+    profile.WriteTriggerStartsBy(triggers.startsWith.c_str());
+    profile.WriteTriggerEndsWith(triggers.endsWith.c_str());
+
+    COutput output(STDOUT_FILENO);
+    CScanPrinter printer(&profile, options.symbology, options.bEscapes, &output);
+
+    if (bFromArguments) {
+        for (size_t i = 0; i < options.data.size(); ++i) {
+            if (options.bEscapes)
+                printer.EditAndPrint(&decodedArguments[i][0], decodedArguments[i].size());
+            else
+                printer.EditAndPrint(options.data[i], strlen(options.data[i]));
+        }
+        return Finish(&output, printer);
+    }
+
+    const bool bStandardInput = options.pszInput == nullptr || strcmp(options.pszInput, "-") == 0;
+    const char* const pszInputName = bStandardInput ? "standard input" : options.pszInput;
+    int fd = STDIN_FILENO;
+    if (!bStandardInput) {
+        fd = open(options.pszInput, O_RDONLY);
+        if (fd < 0)
+            return UsageError(std::string("cannot read '") + options.pszInput + "': " + strerror(errno));
+    }
+
+    int status = kExitOk;
+    {
+        CLineReader reader(fd, &output);
+        std::string decoded, problem;
+        char* pLine = nullptr;
+        size_t nLength = 0;
+        while (reader.Next(&pLine, &nLength)) {
+            if (!options.bEscapes) {
+                printer.EditAndPrint(pLine, nLength);
+                continue;
+            }
+            if (!Unescape(pLine, nLength, &decoded, &problem)) {
+                output.Flush();  // the lines before it were fine
+                status = UsageError(std::string(pszInputName) + ", line " + std::to_string(printer.Count() + 1) +
+                                    ": " + problem);
+                break;
+            }
+            printer.EditAndPrint(&decoded[0], decoded.size());
+        }
+        if (status == kExitOk && reader.ReadFailed()) {
+            output.Flush();
+            fprintf(stderr, "nrv-edit: cannot read %s: %s\n", pszInputName, strerror(reader.Errno()));
+            status = kExitUsage;
+        }
+    }
+    if (!bStandardInput)
+        close(fd);
+    return status != kExitOk ? status : Finish(&output, printer);
+}

@@ -1,0 +1,161 @@
+#include "options.h"
+
+#include <getopt.h>
+
+#include <cstdio>
+
+#include "symbologies.h"
+
+namespace {
+
+enum {
+    kOptMinSize = 256,
+    kOptMaxSize,
+    kOptOnlySymbology,
+    kOptContains,
+    kOptStartsWith,
+    kOptEndsWith,
+    kOptCheck,
+    kOptTrace,
+    kOptListCommands,
+    kOptVersion,
+};
+
+const option kLongOptions[] = {
+    {"escapes", no_argument, nullptr, 'e'},
+    {"symbology", required_argument, nullptr, 's'},
+    {"input", required_argument, nullptr, 'i'},
+    {"min-size", required_argument, nullptr, kOptMinSize},
+    {"max-size", required_argument, nullptr, kOptMaxSize},
+    {"only-symbology", required_argument, nullptr, kOptOnlySymbology},
+    {"contains", required_argument, nullptr, kOptContains},
+    {"starts-with", required_argument, nullptr, kOptStartsWith},
+    {"ends-with", required_argument, nullptr, kOptEndsWith},
+    {"check", no_argument, nullptr, kOptCheck},
+    {"trace", no_argument, nullptr, kOptTrace},
+    {"list-commands", no_argument, nullptr, kOptListCommands},
+    {"help", no_argument, nullptr, 'h'},
+    {"version", no_argument, nullptr, kOptVersion},
+    {nullptr, 0, nullptr, 0},
+};
+
+// Decimal digits only: a size has no sign, and "1e3" or "" is a mistake.
+bool ParseSize(const char* pszText, size_t* pnSize)
+{
+    if (*pszText == '\0')
+        return false;
+    size_t nSize = 0;
+    for (const char* p = pszText; *p != '\0'; ++p) {
+        if (*p < '0' || *p > '9')
+            return false;
+        const size_t nDigit = static_cast<size_t>(*p - '0');
+        if (nSize > (static_cast<size_t>(-1) - nDigit) / 10)
+            return false;
+        nSize = nSize * 10 + nDigit;
+    }
+    *pnSize = nSize;
+    return true;
+}
+
+}  // namespace
+
+bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError)
+{
+    opterr = 0;  // our own messages, in our own format
+    optind = 1;
+    int c;
+    // The leading ':' makes a missing value report ':' rather than '?'.
+    while ((c = getopt_long(argc, argv, ":es:i:h", kLongOptions, nullptr)) != -1) {
+        const std::string option = argv[optind - 1];
+        switch (c) {
+        case 'e': pOptions->bEscapes = true; break;
+        case 'i': pOptions->pszInput = optarg; break;
+        case 'h': pOptions->bHelp = true; break;
+        case kOptCheck: pOptions->bCheck = true; break;
+        case kOptTrace: pOptions->bTrace = true; break;
+        case kOptListCommands: pOptions->bListCommands = true; break;
+        case kOptVersion: pOptions->bVersion = true; break;
+        case kOptContains: pOptions->pszContains = optarg; break;
+        case kOptStartsWith: pOptions->pszStartsWith = optarg; break;
+        case kOptEndsWith: pOptions->pszEndsWith = optarg; break;
+        case 's':
+        case kOptOnlySymbology: {
+            ENrvScanSymbologyID id;
+            if (!ParseSymbology(optarg, &id)) {
+                *pError = std::string("unknown symbology '") + optarg + "' (see --help for the names)";
+                return false;
+            }
+            if (c == 's')
+                pOptions->symbology = id;
+            else
+                pOptions->onlySymbologies.push_back(id);
+            break;
+        }
+        case kOptMinSize:
+        case kOptMaxSize:
+            if (!ParseSize(optarg, c == kOptMinSize ? &pOptions->nMinSize : &pOptions->nMaxSize)) {
+                *pError = std::string("invalid size '") + optarg + "' for " +
+                          (c == kOptMinSize ? "--min-size" : "--max-size") + " (a decimal byte count)";
+                return false;
+            }
+            break;
+        case ':':
+            *pError = "option '" + option + "' needs a value";
+            return false;
+        default:
+            // A short option unknown to getopt is in optopt; a long one is the whole argument.
+            *pError = optopt != 0 ? std::string("unknown option '-") + static_cast<char>(optopt) + "'"
+                                  : "unknown option '" + option + "'";
+            return false;
+        }
+    }
+    if (optind < argc)
+        pOptions->pszExpression = argv[optind++];
+    for (; optind < argc; ++optind)
+        pOptions->data.push_back(argv[optind]);
+    return true;
+}
+
+void PrintHelp()
+{
+    fputs("Usage: nrv-edit [OPTIONS] EXPRESSION [DATA...]\n"
+          "Applies a data-editing expression to scans and prints one edited line per scan.\n"
+          "Each DATA argument is one scan; without DATA, each line of standard input\n"
+          "(or of -i FILE) is one scan, its newline not included.\n"
+          "\n"
+          "Example: nrv-edit 'Code: {TruncateFromBeginning({DecodedData()},2)}' AB1234\n"
+          "\n"
+          "Options:\n"
+          "  -e, --escapes            scans, trigger texts and printed results use the\n"
+          "                           escapes \\\\ \\r \\n \\t \\xHH (any byte can be given and seen)\n"
+          "  -i, --input FILE         read the scans from FILE ('-' is standard input)\n"
+          "  -s, --symbology NAME|N   the scans' symbology (default NotSpecified)\n"
+          "      --check              only parse the expression: print 'ok' or the error\n"
+          "      --trace              write the parser's trace on standard error\n"
+          "      --list-commands      list the commands, their parameters and result\n"
+          "  -h, --help               show this help\n"
+          "      --version            show the version\n"
+          "\n"
+          "Triggers (a scan that fails one is printed unchanged):\n"
+          "      --min-size N         edit only scans of at least N bytes\n"
+          "      --max-size N         edit only scans of at most N bytes\n"
+          "      --only-symbology NAME|N  edit only scans of this symbology (repeatable)\n"
+          "      --contains TEXT      edit only scans containing TEXT\n"
+          "      --starts-with TEXT   edit only scans starting with TEXT\n"
+          "      --ends-with TEXT     edit only scans ending with TEXT\n"
+          "\n"
+          "Exit status: 0 every scan edited or passed through; 1 some scan's edit failed\n"
+          "(that scan is printed unchanged); 2 usage error or an expression that does not parse.\n"
+          "\n"
+          "Symbologies (names in any case, or their numbers):\n",
+          stdout);
+    const int nColumns = 3;
+    int nId = 0;
+    for (; SymbologyName(nId) != nullptr; ++nId) {
+        printf("  %2d %-20s", nId, SymbologyName(nId));
+        if (nId % nColumns == nColumns - 1)
+            putchar('\n');
+    }
+    if (nId % nColumns != 0)
+        putchar('\n');
+}

@@ -1,0 +1,39 @@
+// The command line of nrv-edit.
+#ifndef NRV_EDIT_OPTIONS_H
+#define NRV_EDIT_OPTIONS_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "NrvScanTypes.h"
+
+struct SOptions {
+    bool bEscapes = false;
+    bool bCheck = false;
+    bool bTrace = false;
+    bool bListCommands = false;
+    bool bHelp = false;
+    bool bVersion = false;
+    const char* pszInput = nullptr;  // -i FILE; null or "-" is standard input
+    ENrvScanSymbologyID symbology = kNrvScanSymbologyNotSpecified;
+
+    // Triggers, as given (texts not yet unescaped); 0 and null mean unset.
+    size_t nMinSize = 0;
+    size_t nMaxSize = 0;
+    std::vector<ENrvScanSymbologyID> onlySymbologies;
+    const char* pszContains = nullptr;
+    const char* pszStartsWith = nullptr;
+    const char* pszEndsWith = nullptr;
+
+    const char* pszExpression = nullptr;
+    std::vector<char*> data;  // DATA arguments, as given
+};
+
+// Fills *pOptions from argv. On a usage error returns false with the
+// message (without the program name) in *pError.
+bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError);
+
+void PrintHelp();
+
+#endif  // NRV_EDIT_OPTIONS_H
