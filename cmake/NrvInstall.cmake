@@ -1,0 +1,99 @@
+# Installation: the static library, its headers, the tool, a CMake package
+# (find_package(NrvDataEditing CONFIG) -> Nrv::DataEditing) and a pkg-config
+# file (nrvdataedit.pc). Included at the end of the root CMakeLists.txt.
+
+# A project that adds this one with add_subdirectory usually installs nothing
+# of ours; it can still ask for the rules (e.g. to export its own targets that
+# link the library).
+option(NRV_INSTALL "Generate the install rules and the package files" ${NRV_TOP_LEVEL})
+if(NOT NRV_INSTALL)
+  return()
+endif()
+
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(NRV_PACKAGE_NAME NrvDataEditing)
+set(NRV_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/${NRV_PACKAGE_NAME}"
+    CACHE STRING "Where the CMake package files go, relative to the prefix")
+# Every public header goes into one directory, so that the includes written
+# against the source tree ("NrvDataEditingProfile.h") work unchanged.
+set(NRV_INSTALL_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}/nrv")
+
+file(GLOB NRV_PUBLIC_HEADERS
+  "${PROJECT_SOURCE_DIR}/include/*.h"
+  "${PROJECT_SOURCE_DIR}/utilities/*.h"
+  "${PROJECT_SOURCE_DIR}/engine/*.h"
+)
+list(SORT NRV_PUBLIC_HEADERS)
+
+# Consumers see Nrv::DataEditing both through the package and, via the
+# alias, through add_subdirectory.
+set_target_properties(nrvdataedit PROPERTIES EXPORT_NAME DataEditing)
+
+install(TARGETS nrvdataedit
+  EXPORT NrvDataEditingTargets
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development
+  INCLUDES DESTINATION ${NRV_INSTALL_INCLUDEDIR}
+)
+install(FILES ${NRV_PUBLIC_HEADERS}
+  DESTINATION ${NRV_INSTALL_INCLUDEDIR}
+  COMPONENT Development
+)
+if(TARGET nrv-edit)
+  install(TARGETS nrv-edit RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Runtime)
+endif()
+
+install(EXPORT NrvDataEditingTargets
+  NAMESPACE Nrv::
+  FILE NrvDataEditingTargets.cmake
+  DESTINATION ${NRV_INSTALL_CMAKEDIR}
+  COMPONENT Development
+)
+
+configure_package_config_file(
+  "${CMAKE_CURRENT_LIST_DIR}/NrvDataEditingConfig.cmake.in"
+  "${PROJECT_BINARY_DIR}/NrvDataEditingConfig.cmake"
+  INSTALL_DESTINATION ${NRV_INSTALL_CMAKEDIR}
+)
+# 1.x consumers accept any 1.y >= what they ask for; a new major breaks them.
+write_basic_package_version_file(
+  "${PROJECT_BINARY_DIR}/NrvDataEditingConfigVersion.cmake"
+  VERSION ${PROJECT_VERSION}
+  COMPATIBILITY SameMajorVersion
+)
+install(FILES
+  "${PROJECT_BINARY_DIR}/NrvDataEditingConfig.cmake"
+  "${PROJECT_BINARY_DIR}/NrvDataEditingConfigVersion.cmake"
+  DESTINATION ${NRV_INSTALL_CMAKEDIR}
+  COMPONENT Development
+)
+
+# pkg-config: paths are written relative to the .pc file so that the tree
+# still works after `cmake --install --prefix` or DESTDIR staging. Absolute
+# directories given by the user are kept as they are.
+set(NRV_PC_DIR "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+if(IS_ABSOLUTE "${NRV_PC_DIR}")
+  set(NRV_PC_PREFIX "${CMAKE_INSTALL_PREFIX}")
+else()
+  file(RELATIVE_PATH NRV_PC_UP "/nrv-root/${NRV_PC_DIR}" "/nrv-root")
+  string(REGEX REPLACE "/$" "" NRV_PC_UP "${NRV_PC_UP}")
+  set(NRV_PC_PREFIX "\${pcfiledir}/${NRV_PC_UP}")
+endif()
+foreach(NRV_DIR IN ITEMS LIBDIR INCLUDEDIR)
+  if(IS_ABSOLUTE "${CMAKE_INSTALL_${NRV_DIR}}")
+    set(NRV_PC_${NRV_DIR} "${CMAKE_INSTALL_${NRV_DIR}}")
+  else()
+    set(NRV_PC_${NRV_DIR} "\${prefix}/${CMAKE_INSTALL_${NRV_DIR}}")
+  endif()
+endforeach()
+string(APPEND NRV_PC_INCLUDEDIR "/nrv")
+configure_file(
+  "${CMAKE_CURRENT_LIST_DIR}/nrvdataedit.pc.in"
+  "${PROJECT_BINARY_DIR}/nrvdataedit.pc"
+  @ONLY
+)
+install(FILES "${PROJECT_BINARY_DIR}/nrvdataedit.pc"
+  DESTINATION ${NRV_PC_DIR}
+  COMPONENT Development
+)
