@@ -1,5 +1,18 @@
 #include "NrvTruncateCommands.h"
 
+namespace {
+
+// The count both truncations remove. A find command that found nothing
+// yields kNrvIndexNotFound, which removes nothing; every other negative
+// value reads as a size beyond any text and is refused below.
+size_t ReadCount(const CNrvOperationResult& CountParameter)
+{
+    const size_t nCount = CountParameter.GetResultInteger();
+    return nCount == kNrvSizeIndexNotFound ? 0 : nCount;
+}
+
+}  // namespace
+
 bool CNrvOperationTruncateFromBeginning::CheckIfParametersAreCorrect() const
 {
     return CheckParameterKinds("SI");
@@ -7,8 +20,17 @@ bool CNrvOperationTruncateFromBeginning::CheckIfParametersAreCorrect() const
 
 NRVRESULT CNrvOperationTruncateFromBeginning::Run(CNrvOperationResult& Result) const
 {
-    (void)Result;  // TODO
-    return NRV_ERR_OUT_OF_RANGE;
+    CNrvOperationResult parameters[2];
+    const NRVRESULT result = RunParameters(parameters, 2);
+    if (result < 0)
+        return result;
+
+    const size_t nCount = ReadCount(parameters[1]);
+    const size_t nLength = parameters[0].GetResultStringLength();
+    // Removing every byte is refused rather than giving an empty text.
+    if (nLength <= nCount)
+        return NRV_ERR_OUT_OF_RANGE;
+    return Result.WriteResult(parameters[0].GetResultString() + nCount, nLength - nCount);
 }
 
 bool CNrvOperationTruncateFromEnd::CheckIfParametersAreCorrect() const
@@ -18,6 +40,14 @@ bool CNrvOperationTruncateFromEnd::CheckIfParametersAreCorrect() const
 
 NRVRESULT CNrvOperationTruncateFromEnd::Run(CNrvOperationResult& Result) const
 {
-    (void)Result;  // TODO
-    return NRV_ERR_OUT_OF_RANGE;
+    CNrvOperationResult parameters[2];
+    const NRVRESULT result = RunParameters(parameters, 2);
+    if (result < 0)
+        return result;
+
+    const size_t nCount = ReadCount(parameters[1]);
+    const size_t nLength = parameters[0].GetResultStringLength();
+    if (nLength <= nCount)
+        return NRV_ERR_OUT_OF_RANGE;
+    return Result.WriteResult(parameters[0].GetResultString(), nLength - nCount);
 }

@@ -1,1 +1,389 @@
+// The index commands: truncation from either end, find from index, truncate
+// at index, insert at index. Most rows run whole expressions through a
+// profile, the way the scanning library uses them.
 #include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "NrvDataEditingProfile.h"
+#include "NrvOperation.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+constexpr NRVRESULT kOk = NRV_OK;
+constexpr NRVRESULT kRange = NRV_ERR_OUT_OF_RANGE;
+
+struct TEditRow {
+    const char* pszExpression;
+    std::string data;  // may hold zero bytes
+    NRVRESULT expectedCode;
+    std::string expected;  // edited data when expectedCode is kOk
+};
+
+// Parses and edits one record. A failing edit must leave the record exactly
+// as it was handed in.
+void CheckRows(const std::vector<TEditRow>& rows)
+{
+    for (const TEditRow& row : rows) {
+        SCOPED_TRACE(std::string(row.pszExpression) + " over '" + row.data + "'");
+        CNrvDataEditingProfile profile;
+        ASSERT_EQ(profile.Parse(row.pszExpression), kOk);
+        std::vector<char> input(row.data.begin(), row.data.end());
+        input.push_back('\0');
+        TNrvScanDecodedData record = {};
+        record.String.pValue = input.data();
+        record.String.nLength = row.data.size();
+
+        const NRVRESULT result = profile.Edit(&record);
+        EXPECT_EQ(result, row.expectedCode);
+        if (row.expectedCode == kOk) {
+            ASSERT_NE(record.String.pValue, nullptr);
+            EXPECT_EQ(std::string(record.String.pValue, record.String.nLength), row.expected);
+            EXPECT_EQ(record.String.pValue[record.String.nLength], '\0');
+        } else {
+            EXPECT_EQ(record.String.pValue, input.data());
+            EXPECT_EQ(record.String.nLength, row.data.size());
+            EXPECT_EQ(std::string(input.data(), row.data.size()), row.data);
+        }
+    }
+}
+
+}  // namespace
+
+TEST(TruncateFromEitherEnd, ExpressionTable)
+{
+    CheckRows({
+        {"{TruncateFromBeginning({DecodedData()},2)}", "ABCDEF", kOk, "CDEF"},
+        {"{TruncateFromEnd({DecodedData()},2)}", "ABCDEF", kOk, "ABCD"},
+        {"Code: {TruncateFromBeginning({DecodedData()},2)}", "AB1234", kOk, "Code: 1234"},
+        {"{TruncateFromBeginning({DecodedData()},0)}", "ABCDEF", kOk, "ABCDEF"},
+        {"{TruncateFromEnd({DecodedData()},0)}", "ABCDEF", kOk, "ABCDEF"},
+        {"{TruncateFromBeginning({DecodedData()},5)}", "ABCDEF", kOk, "F"},
+        {"{TruncateFromEnd({DecodedData()},5)}", "ABCDEF", kOk, "A"},
+        // Removing everything, or more, is an error rather than empty data.
+        {"{TruncateFromBeginning({DecodedData()},6)}", "ABCDEF", kRange, ""},
+        {"{TruncateFromEnd({DecodedData()},6)}", "ABCDEF", kRange, ""},
+        {"{TruncateFromEnd({DecodedData()},7)}", "ABCDEF", kRange, ""},
+        {"{TruncateFromBeginning({DecodedData()},0)}", "", kRange, ""},
+        // -2 (nothing found) removes nothing; every other negative is huge.
+        {"{TruncateFromBeginning({DecodedData()},-2)}", "ABCDEF", kOk, "ABCDEF"},
+        {"{TruncateFromEnd({DecodedData()},{FindFirstFromIndex({DecodedData()},-1,x,0)})}", "ABCDEF", kOk,
+         "ABCDEF"},
+        {"{TruncateFromEnd({DecodedData()},-2)}", "", kRange, ""},
+        {"{TruncateFromBeginning({DecodedData()},-1)}", "ABCDEF", kRange, ""},
+        {"{TruncateFromEnd({DecodedData()},-3)}", "ABCDEF", kRange, ""},
+        {"{TruncateFromBeginning({DecodedData()},-2147483648)}", "ABCDEF", kRange, ""},
+        {"{TruncateFromEnd({DecodedData()},2147483647)}", "ABCDEF", kRange, ""},
+        // A number as the text is cut as its written digits.
+        {"{TruncateFromBeginning(12345,2)}", "", kOk, "345"},
+        {"{TruncateFromEnd(12345,2)}", "", kOk, "123"},
+        // Zero bytes are data like any other.
+        {"{TruncateFromBeginning({DecodedData()},1)}", "A\0B\0C"s, kOk, "\0B\0C"s},
+        {"{TruncateFromEnd({DecodedData()},1)}", "A\0B\0C"s, kOk, "A\0B\0"s},
+        // The count comes from a find: cut up to and including the dash.
+        {"{TruncateFromBeginning({DecodedData()},{FindFirstFromIndex({DecodedData()},-1,-,1)})}", "AB-CD", kOk,
+         "CD"},
+        // A failing text fails the command with its own code.
+        {"{TruncateFromBeginning({TruncateFromEnd({DecodedData()},9)},0)}", "ABC", kRange, ""},
+    });
+}
+
+TEST(FindFromIndex, ExpressionTable)
+{
+    const std::string t = "AB-CD-EF";
+    CheckRows({
+        {"{FindFirstFromIndex({DecodedData()},-1,-,0)}", t, kOk, "2"},
+        {"{FindFirstFromIndex({DecodedData()},3,-,0)}", t, kOk, "5"},
+        {"{FindFirstFromIndex({DecodedData()},3,-,1)}", t, kOk, "6"},
+        {"{FindFirstFromIndex({DecodedData()},6,-,0)}", t, kOk, "-2"},
+        {"{FindFirstFromIndex({DecodedData()},6,-,1)}", t, kOk, "-1"},
+        {"{FindFirstFromIndex({DecodedData()},7,F,0)}", t, kOk, "7"},
+        {"{FindFirstFromIndex({DecodedData()},8,-,0)}", t, kRange, ""},
+        {"{FindFirstFromIndex({DecodedData()},-5,-,0)}", t, kRange, ""},
+        {"{FindFirstFromIndex({DecodedData()},-3,-,0)}", t, kRange, ""},
+        {"{FindFirstFromIndex({DecodedData()},-2147483648,-,0)}", t, kRange, ""},
+        {"{FindFirstFromIndex({DecodedData()},2147483647,-,0)}", t, kRange, ""},
+        {"{FindFirstFromIndex({DecodedData()},-2,-,7)}", t, kOk, "-2"},
+        {"{FindFirstFromIndex({DecodedData()},4,,0)}", t, kOk, "4"},
+        {"{FindFirstFromIndex({DecodedData()},-1,ABC,0)}", "ABC", kOk, "0"},
+        {"{FindFirstFromIndex({DecodedData()},0,x,0)}", "", kRange, ""},
+        {"{FindFirstFromIndex({DecodedData()},-1,x,0)}", "", kOk, "-2"},
+        {"{FindFirstFromIndex(345,-1,4,0)}", "", kOk, "1"},
+        // The offset is added as 32-bit numbers and wraps.
+        {"{FindFirstFromIndex({DecodedData()},-1,-,2147483647)}", t, kOk, "-2147483647"},
+        {"{FindFirstFromIndex({DecodedData()},-1,x,-2147483648)}", t, kOk, "2147483646"},
+        // The search stops at a zero byte; the range test uses the length.
+        {"{FindFirstFromIndex({DecodedData()},-1,-,0)}", "AB\0-CD"s, kOk, "-2"},
+        {"{FindFirstFromIndex({DecodedData()},3,-,0)}", "AB\0-CD"s, kOk, "3"},
+        {"{FindFirstFromIndex({DecodedData()},5,D,0)}", "AB\0-CD"s, kOk, "5"},
+        {"{FindFirstFromIndex({DecodedData()},6,D,0)}", "AB\0-CD"s, kRange, ""},
+
+        {"{FindLastFromIndex({DecodedData()},-1,-,0)}", t, kOk, "5"},
+        {"{FindLastFromIndex({DecodedData()},-1,-,3)}", t, kOk, "5"},
+        {"{FindLastFromIndex({DecodedData()},7,-,0)}", t, kOk, "5"},
+        {"{FindLastFromIndex({DecodedData()},4,-,0)}", t, kOk, "5"},
+        {"{FindLastFromIndex({DecodedData()},1,-,0)}", t, kOk, "2"},
+        {"{FindLastFromIndex({DecodedData()},0,-,0)}", t, kOk, "2"},
+        {"{FindLastFromIndex({DecodedData()},4,-,2)}", t, kOk, "7"},
+        {"{FindLastFromIndex({DecodedData()},-1,F,0)}", t, kOk, "7"},
+        {"{FindLastFromIndex({DecodedData()},-1,A,0)}", t, kOk, "0"},
+        {"{FindLastFromIndex({DecodedData()},-1,ABC,0)}", "ABC", kOk, "-2"},
+        {"{FindLastFromIndex({DecodedData()},-1,,0)}", t, kOk, "8"},
+        {"{FindLastFromIndex({DecodedData()},-1,x,0)}", "", kOk, "-2"},
+        {"{FindLastFromIndex({DecodedData()},-2,-,5)}", t, kOk, "-2"},
+        {"{FindLastFromIndex({DecodedData()},7,x,3)}", t, kOk, "1"},
+        {"{FindLastFromIndex({DecodedData()},7,x,-2147483648)}", t, kOk, "2147483646"},
+        {"{FindLastFromIndex({DecodedData()},8,-,0)}", t, kRange, ""},
+        {"{FindLastFromIndex({DecodedData()},-3,-,0)}", t, kRange, ""},
+        {"{FindLastFromIndex({DecodedData()},-2147483648,-,0)}", t, kRange, ""},
+        {"{FindLastFromIndex({DecodedData()},0,-,0)}", "", kRange, ""},
+        // Stepping back from the end reaches past a zero byte.
+        {"{FindLastFromIndex({DecodedData()},-1,-,0)}", "AB\0-CD"s, kOk, "3"},
+        {"{FindLastFromIndex({DecodedData()},1,-,0)}", "AB\0-CD"s, kOk, "-2"},
+        // A failed first search is passed on, unsearched, by the second.
+        {"{FindFirstFromIndex({DecodedData()},{FindFirstFromIndex({DecodedData()},-1,x,0)},-,7)}", t, kOk, "-2"},
+        {"{FindLastFromIndex({DecodedData()},{FindFirstFromIndex({DecodedData()},0,-,1)},-,0)}", t, kOk, "5"},
+        {"at {FindFirstFromIndex({DecodedData()},-1,C,0)}", t, kOk, "at 3"},
+    });
+}
+
+TEST(TruncateAtIndex, ExpressionTable)
+{
+    const std::string t = "AB-CD-EF";
+    struct TRow {
+        const char* pszIndex;
+        const char* pszOffset;
+        std::string text;
+        NRVRESULT code;
+        std::string after;
+        std::string before;
+    };
+    const std::vector<TRow> rows = {
+        {"2", "0", t, kOk, "AB", "-CD-EF"},
+        {"2", "1", t, kOk, "AB-", "CD-EF"},
+        {"0", "0", t, kOk, "", t},
+        {"8", "0", t, kOk, t, ""},
+        {"20", "0", t, kOk, t, ""},
+        {"-1", "5", t, kOk, t, t},
+        {"-2", "0", t, kOk, t, t},
+        {"-3", "0", t, kRange, "", ""},
+        {"-2147483648", "0", t, kRange, "", ""},
+        {"2", "-2", t, kOk, "", t},
+        {"2", "-3", t, kOk, t, ""},
+        {"5", "-2", t, kOk, "AB-", "CD-EF"},
+        {"2147483647", "2147483647", t, kOk, t, ""},
+        {"2", "-2147483648", t, kOk, t, ""},
+        {"0", "0", "", kOk, "", ""},
+        {"3", "0", "AB\0CD"s, kOk, "AB\0"s, "CD"},
+        {"2", "0", "AB\0CD"s, kOk, "AB", "\0CD"s},
+        // Index from a find: 3 past the first dash, -1 when none, -2 from offset 0.
+        {"{FindFirstFromIndex({DecodedData()},-1,-,1)}", "0", t, kOk, "AB-", "CD-EF"},
+        {"{FindFirstFromIndex({DecodedData()},-1,-,1)}", "0", "ABCDEF", kOk, "ABCDEF", "ABCDEF"},
+        {"{FindFirstFromIndex({DecodedData()},-1,-,0)}", "0", "ABCDEF", kOk, "ABCDEF", "ABCDEF"},
+    };
+    std::vector<TEditRow> editRows;
+    std::vector<std::string> expressions;
+    expressions.reserve(rows.size() * 2);
+    for (const TRow& row : rows) {
+        for (int nAfter = 1; nAfter >= 0; --nAfter) {
+            expressions.push_back(std::string("{") + (nAfter ? "TruncateAfterIndex" : "TruncateBeforeIndex") +
+                                  "({DecodedData()}," + row.pszIndex + "," + row.pszOffset + ")}");
+            editRows.push_back({expressions.back().c_str(), row.text, row.code, nAfter ? row.after : row.before});
+        }
+    }
+    CheckRows(editRows);
+    CheckRows({
+        {"{TruncateBeforeIndex({DecodedData()},{FindFirstFromIndex({DecodedData()},0,-,1)},0)}", t, kOk, "CD-EF"},
+        {"{TruncateAfterIndex(2024,2,0)}", "", kOk, "20"},
+    });
+}
+
+TEST(InsertAtIndex, ExpressionTable)
+{
+    struct TRow {
+        const char* pszIndex;
+        const char* pszInsert;
+        std::string text;
+        NRVRESULT afterCode;
+        std::string after;
+        NRVRESULT beforeCode;
+        std::string before;
+    };
+    const std::vector<TRow> rows = {
+        {"0", "-", "ABCD", kOk, "A-BCD", kOk, "-ABCD"},
+        {"1", "-", "ABCD", kOk, "AB-CD", kOk, "A-BCD"},
+        {"3", "-", "ABCD", kOk, "ABCD-", kOk, "ABC-D"},
+        {"-1", "-", "ABCD", kOk, "ABCD-", kOk, "ABC-D"},
+        {"4", "-", "ABCD", kRange, "", kRange, ""},
+        {"-2", "-", "ABCD", kOk, "ABCD", kOk, "ABCD"},
+        {"-3", "-", "ABCD", kRange, "", kRange, ""},
+        {"-2147483648", "-", "ABCD", kRange, "", kRange, ""},
+        {"2147483647", "-", "ABCD", kRange, "", kRange, ""},
+        {"2", "", "ABCD", kOk, "ABCD", kOk, "ABCD"},
+        {"-1", "", "ABCD", kOk, "ABCD", kOk, "ABCD"},
+        {"-1", "xy", "", kOk, "xy", kOk, "xy"},
+        {"0", "xy", "", kRange, "", kRange, ""},
+        {"-1", "xy", "A", kOk, "Axy", kOk, "xyA"},
+        // Zero bytes in the text and in the insert are copied by length.
+        {"1", "{DecodedData()}", "A\0B"s, kOk, "A\0A\0BB"s, kOk, "AA\0B\0B"s},
+        // Index from a find: behind or in front of the dash, unchanged when absent.
+        {"{FindFirstFromIndex({DecodedData()},-1,-,0)}", "+", "AB-CD", kOk, "AB-+CD", kOk, "AB+-CD"},
+        {"{FindFirstFromIndex({DecodedData()},-1,x,0)}", "+", "AB-CD", kOk, "AB-CD", kOk, "AB-CD"},
+        // All parameters run first: a failing insert fails even with -2.
+        {"-2", "{TruncateFromEnd({DecodedData()},9)}", "ABCD", kRange, "", kRange, ""},
+    };
+    std::vector<TEditRow> editRows;
+    std::vector<std::string> expressions;
+    expressions.reserve(rows.size() * 2);
+    for (const TRow& row : rows) {
+        for (int nAfter = 1; nAfter >= 0; --nAfter) {
+            expressions.push_back(std::string("{") + (nAfter ? "InsertAfterIndex" : "InsertBeforeIndex") +
+                                  "({DecodedData()}," + row.pszIndex + "," + row.pszInsert + ")}");
+            editRows.push_back({expressions.back().c_str(), row.text, nAfter ? row.afterCode : row.beforeCode,
+                                nAfter ? row.after : row.before});
+        }
+    }
+    CheckRows(editRows);
+    CheckRows({
+        {"{InsertBeforeIndex(2024,2,-)}", "", kOk, "20-24"},
+        {"{InsertAfterIndex({DecodedData()},1,2024)}", "AB", kOk, "AB2024"},
+    });
+}
+
+// A find yields an integer only, and every other command a text only: each
+// is refused where the other is expected, before anything runs.
+TEST(IndexCommandParser, RefusesWrongParameterKinds)
+{
+    const struct {
+        const char* pszExpression;
+        NRVRESULT code;
+    } rows[] = {
+        {"{TruncateFromBeginning({FindFirstFromIndex({DecodedData()},-1,-,0)},1)}", NRV_ERR_INVALID_PARAMETER},
+        {"{TruncateFromEnd({DecodedData()},{DecodedData()})}", NRV_ERR_INVALID_PARAMETER},
+        {"{TruncateFromEnd({DecodedData()},x)}", NRV_ERR_INVALID_PARAMETER},
+        {"{FindFirstFromIndex({FindLastFromIndex({DecodedData()},-1,-,0)},-1,-,0)}", NRV_ERR_INVALID_PARAMETER},
+        {"{FindFirstFromIndex({DecodedData()},{DecodedData()},-,0)}", NRV_ERR_INVALID_PARAMETER},
+        {"{FindLastFromIndex({DecodedData()},-1,{FindFirstFromIndex({DecodedData()},-1,-,0)},0)}",
+         NRV_ERR_INVALID_PARAMETER},
+        {"{FindLastFromIndex({DecodedData()},-1,-,{DecodedData()})}", NRV_ERR_INVALID_PARAMETER},
+        {"{FindLastFromIndex({DecodedData()},-1,-,)}", NRV_ERR_INVALID_PARAMETER},
+        {"{TruncateAfterIndex({FindFirstFromIndex({DecodedData()},-1,-,0)},0,0)}", NRV_ERR_INVALID_PARAMETER},
+        {"{TruncateAfterIndex({DecodedData()},{DecodedData()},0)}", NRV_ERR_INVALID_PARAMETER},
+        {"{TruncateBeforeIndex({DecodedData()},2,x)}", NRV_ERR_INVALID_PARAMETER},
+        {"{InsertAfterIndex({DecodedData()},{DecodedData()},-)}", NRV_ERR_INVALID_PARAMETER},
+        {"{InsertBeforeIndex({DecodedData()},0,{FindFirstFromIndex({DecodedData()},-1,-,0)})}",
+         NRV_ERR_INVALID_PARAMETER},
+        {"{InsertBeforeIndex({FindLastFromIndex({DecodedData()},-1,-,0)},0,-)}", NRV_ERR_INVALID_PARAMETER},
+        {"{InsertAfterIndex({DecodedData()},1)}", NRV_ERR_PARAMETER_COUNT},
+        {"{FindFirstFromIndex({DecodedData()},-1,-)}", NRV_ERR_PARAMETER_COUNT},
+        {"{TruncateFromBeginning({DecodedData()},1,2)}", NRV_ERR_PARAMETER_COUNT},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.pszExpression);
+        CNrvDataEditingProfile profile;
+        EXPECT_EQ(profile.Parse(row.pszExpression), row.code);
+        char szData[] = "AB-CD";
+        TNrvScanDecodedData record = {};
+        record.String.pValue = szData;
+        record.String.nLength = 5;
+        EXPECT_EQ(profile.Edit(&record), row.code);
+        EXPECT_EQ(record.String.pValue, szData);
+        EXPECT_EQ(record.String.nLength, 5u);
+    }
+}
+
+// One parsed tree serves record after record: nothing of a run is kept.
+TEST(IndexCommandRun, RerunsOverEachRecord)
+{
+    CNrvDataEditingProfile profile;
+    ASSERT_EQ(profile.Parse("{InsertBeforeIndex({TruncateAfterIndex({DecodedData()},"
+                            "{FindFirstFromIndex({DecodedData()},-1,/,0)},0)},-1,.)}"),
+              kOk);
+    const struct {
+        const char* pszData;
+        const char* pszExpected;
+    } rows[] = {
+        {"12/34/56", "1.2"},
+        {"abc", "ab.c"},
+        {"x/", ".x"},
+        {"/", "."},  // nothing before the slash: the insert alone
+        {"9/8", ".9"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.pszData);
+        std::string input = row.pszData;
+        TNrvScanDecodedData record = {};
+        record.String.pValue = &input[0];
+        record.String.nLength = input.size();
+        EXPECT_EQ(profile.Edit(&record), kOk);
+        EXPECT_EQ(std::string(record.String.pValue, record.String.nLength), row.pszExpected);
+    }
+}
+
+namespace {
+
+// A command with literal parameters, as the parser would build it.
+template <class TOperation>
+CNrvOperation* MakeCommand(const std::vector<const char*>& parameters)
+{
+    CNrvOperation* pOperation = new TOperation(nullptr);
+    for (const char* pszParameter : parameters) {
+        CNrvParsingString text(pszParameter);
+        CNrvOperation* pLiteral = text.IsNumber() ? new CNrvOperationInteger(nullptr, &text)
+                                                  : new CNrvOperationString(nullptr, &text);
+        EXPECT_GE(pOperation->GetOperationsList()->AddTail(pLiteral), 0);
+    }
+    return pOperation;
+}
+
+}  // namespace
+
+// Run straight into a record that already holds a text: a failure keeps it,
+// a success replaces it (with the right type) without leaking it.
+TEST(IndexCommandRun, ResultRecordOnSuccessAndFailure)
+{
+    const struct {
+        CNrvOperation* pOperation;
+        NRVRESULT code;
+        int type;
+        std::string expected;
+    } rows[] = {
+        {MakeCommand<CNrvOperationTruncateFromBeginning>({"ABCD", "4"}), kRange, 0, ""},
+        {MakeCommand<CNrvOperationTruncateFromEnd>({"ABCD", "-1"}), kRange, 0, ""},
+        {MakeCommand<CNrvOperationFindFirstFromIndex>({"ABCD", "4", "C", "0"}), kRange, 0, ""},
+        {MakeCommand<CNrvOperationFindLastFromIndex>({"ABCD", "-3", "C", "0"}), kRange, 0, ""},
+        {MakeCommand<CNrvOperationTruncateAfterIndex>({"ABCD", "-3", "0"}), kRange, 0, ""},
+        {MakeCommand<CNrvOperationTruncateBeforeIndex>({"ABCD", "-2147483648", "0"}), kRange, 0, ""},
+        {MakeCommand<CNrvOperationInsertAfterIndex>({"ABCD", "4", "-"}), kRange, 0, ""},
+        {MakeCommand<CNrvOperationInsertBeforeIndex>({"", "0", "-"}), kRange, 0, ""},
+        {MakeCommand<CNrvOperationTruncateFromEnd>({"ABCD", "1"}), kOk, CNrvOperationResult::typeString, "ABC"},
+        {MakeCommand<CNrvOperationFindLastFromIndex>({"ABCD", "-1", "C", "0"}), kOk, CNrvOperationResult::typeInt,
+         "2"},
+        {MakeCommand<CNrvOperationInsertBeforeIndex>({"", "-1", "-"}), kOk, CNrvOperationResult::typeString, "-"},
+    };
+    for (const auto& row : rows) {
+        std::unique_ptr<CNrvOperation> operation(row.pOperation);
+        SCOPED_TRACE(row.expected);
+        ASSERT_TRUE(operation->CheckIfParametersAreCorrect());
+        CNrvOperationResult result;
+        ASSERT_EQ(result.WriteResult("kept", 4), kOk);
+        EXPECT_EQ(operation->Run(result), row.code);
+        if (row.code < 0) {
+            EXPECT_EQ(result.GetType(), CNrvOperationResult::typeString);
+            EXPECT_EQ(std::string(result.GetResultString(), result.GetResultStringLength()), "kept");
+        } else if (row.type == CNrvOperationResult::typeInt) {
+            // A fresh record, as the commands always get: the integer reads back.
+            CNrvOperationResult fresh;
+            EXPECT_EQ(operation->Run(fresh), kOk);
+            EXPECT_EQ(fresh.GetType(), CNrvOperationResult::typeInt);
+            EXPECT_EQ(std::to_string(static_cast<int64_t>(fresh.GetResultInteger())), row.expected);
+        } else {
+            EXPECT_EQ(result.GetType(), row.type);
+            EXPECT_EQ(std::string(result.GetResultString(), result.GetResultStringLength()), row.expected);
+        }
+    }
+}
