@@ -136,7 +136,8 @@ TEST(ValueRecord, CopiesOwnTheirTextAndAssignmentReleasesTheOld)
     EXPECT_STREQ("-2", copy.GetResultString());
     EXPECT_EQ(2u, copy.GetResultStringLength());
 
-    copy = copy;  // self-assignment changes nothing
+    CNrvOperationResult& self = copy;
+    copy = self;  // self-assignment changes nothing
     EXPECT_STREQ("-2", copy.GetResultString());
 
     // A zero-length text gives a copy without text, and such a string record

@@ -318,8 +318,9 @@ TEST(OperationTree, ResultKindsFitTheirPositions)
         {std::unique_ptr<CNrvOperation>(new CNrvOperationDecodedData(&profile)), true, false},
     };
     for (const Row& row : rows) {
-        EXPECT_EQ(row.bString, row.operation->CanResultBeAString()) << typeid(*row.operation).name();
-        EXPECT_EQ(row.bInteger, row.operation->CanResultBeAnInteger()) << typeid(*row.operation).name();
+        const CNrvOperation& operation = *row.operation;
+        EXPECT_EQ(row.bString, operation.CanResultBeAString()) << typeid(operation).name();
+        EXPECT_EQ(row.bInteger, operation.CanResultBeAnInteger()) << typeid(operation).name();
     }
 }
 
