@@ -1,1 +1,321 @@
+// The text commands, run as whole expressions over decoded data that may hold
+// zero bytes, control bytes and bytes from 0x80 up.
+
 #include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "NrvDataEditingProfile.h"
+#include "NrvOperation.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+struct TEditCase {
+    const char* pszExpression;
+    std::string data;   // the decoded data, with its exact length
+    NRVRESULT nCode;    // what Parse, or else Edit, returns
+    std::string edited; // the edited data when nCode is not negative
+};
+
+// Parses the expression and edits one record holding data. On failure the
+// record must come back untouched.
+void ExpectEdit(const TEditCase& row)
+{
+    SCOPED_TRACE(std::string("expression ") + row.pszExpression);
+    CNrvDataEditingProfile profile;
+    NRVRESULT result = profile.Parse(row.pszExpression);
+    if (result < 0) {
+        EXPECT_EQ(row.nCode, result);
+        return;
+    }
+    std::vector<char> buffer(row.data.begin(), row.data.end());
+    TNrvScanDecodedData record{};
+    record.String.pValue = buffer.empty() ? nullptr : buffer.data();
+    record.String.nLength = buffer.size();
+    result = profile.Edit(&record);
+    ASSERT_EQ(row.nCode, result);
+    if (result < 0) {
+        EXPECT_EQ(buffer.empty() ? nullptr : buffer.data(), record.String.pValue);
+        EXPECT_EQ(buffer.size(), record.String.nLength);
+        return;
+    }
+    ASSERT_NE(nullptr, record.String.pValue);
+    EXPECT_EQ(row.edited, std::string(record.String.pValue, record.String.nLength));
+    EXPECT_EQ('\0', record.String.pValue[record.String.nLength]);
+}
+
+void ExpectEdits(const std::vector<TEditCase>& rows)
+{
+    for (const TEditCase& row : rows)
+        ExpectEdit(row);
+}
+
+constexpr NRVRESULT kRange = NRV_ERR_OUT_OF_RANGE;
+
+}  // namespace
+
+TEST(TextCommands, ChangeCaseOfAsciiLettersOnly)
+{
+    ExpectEdits({
+        {"{MakeUpperCase({DecodedData()})}", "aBc-9z", NRV_OK, "ABC-9Z"},
+        {"{MakeLowerCase({DecodedData()})}", "aBc-9z", NRV_OK, "abc-9z"},
+        {"{MakeUpperCase({DecodedData()})}", "a\0b\t\x7f"s, NRV_OK, "A\0B\t\x7f"s},
+        {"{MakeLowerCase({DecodedData()})}", "@[`{Z"s, NRV_OK, "@[`{z"s},
+        // Bytes from 0x80 up are never converted, whatever they spell.
+        {"{MakeUpperCase({DecodedData()})}", "\xc3\xa9t\xe9\xff\x80", NRV_OK, "\xc3\xa9T\xe9\xff\x80"},
+        {"{MakeLowerCase({DecodedData()})}", "\xc3\x89T\xc9\xdd", NRV_OK, "\xc3\x89t\xc9\xdd"},
+        {"{MakeUpperCase(42)}", "x", NRV_OK, "42"},
+        {"{MakeUpperCase({DecodedData()})}", "", NRV_OK, ""},
+        {"{MakeLowerCase({FindFirstFromIndex({DecodedData()},-1,a,0)})}", "a", NRV_ERR_INVALID_PARAMETER, ""},
+    });
+}
+
+TEST(TextCommands, ReplaceNonPrintableCharacters)
+{
+    const char* const pszSpace = "{ReplaceNonPrintableCharacters({DecodedData()}, )}";
+    const char* const pszXY = "{ReplaceNonPrintableCharacters({DecodedData()},XY)}";
+    const char* const pszEmpty = "{ReplaceNonPrintableCharacters({DecodedData()},)}";
+    ExpectEdits({
+        {pszSpace, "A\tB", NRV_OK, "A B"},
+        {pszXY, "ABC\r\n", NRV_OK, "ABCXYXY"},
+        {pszEmpty, "A\tB", NRV_OK, "AB"},
+        // 0x7F is printable; 0x1F, 0x00 and everything from 0x80 up are not.
+        {pszXY, "\x7f\x1f\x80\xff"s, NRV_OK, "\x7fXYXYXY"s},
+        {pszEmpty, "\0a\0"s, NRV_OK, "a"},
+        {pszXY, "plain text", NRV_OK, "plain text"},
+        {pszEmpty, "\r\n\x81"s, NRV_OK, ""},
+        {pszXY, "", NRV_OK, ""},
+        {"{ReplaceNonPrintableCharacters({DecodedData()},0)}", "1\r\n2", NRV_OK, "1002"},
+        {"{ReplaceNonPrintableCharacters({DecodedData()},{EscapeCharacter(00)})}", "a\tb", NRV_OK, "a\0b"s},
+        {"{ReplaceNonPrintableCharacters({DecodedData()},{FindLastFromIndex({DecodedData()},-1,a,0)})}", "a",
+         NRV_ERR_INVALID_PARAMETER, ""},
+        {"{ReplaceNonPrintableCharacters({Replace({DecodedData()},ABC,x)},-)}", "ABC", kRange, ""},
+    });
+}
+
+TEST(TextCommands, ReplaceFirstOccurrence)
+{
+    ExpectEdits({
+        {"{Replace({DecodedData()},BC,x)}", "ABCABC", NRV_OK, "AxABC"},
+        {"{Replace({DecodedData()},Z,x)}", "ABC", NRV_OK, "ABC"},
+        {"{Replace({DecodedData()},ABC,x)}", "ABC", kRange, ""},
+        {"{Replace({DecodedData()},ABC,x)}", "AB", kRange, ""},
+        {"{Replace({DecodedData()},-,)}", "A-B-D", NRV_OK, "AB-D"},
+        {"{Replace({DecodedData()},,x)}", "ABC", NRV_OK, "xABC"},
+        {"{Replace({DecodedData()},aa,b)}", "aaaa", NRV_OK, "baa"},
+        {"{Replace({DecodedData()},C,xyz)}", "ABC", NRV_OK, "ABxyz"},
+        {"{Replace({DecodedData()},,x)}", "", kRange, ""},
+        {"{Replace({DecodedData()},0,)}", "2024-01-02", NRV_OK, "224-01-02"},
+        {"{Replace(12345,34,-)}", "", NRV_OK, "12-5"},
+        // Bytes that are not text are copied and matched as they are.
+        {"{Replace({DecodedData()},{EscapeCharacter(0D0A)},|)}", "a\r\nb\r\n", NRV_OK, "a|b\r\n"},
+        {"{Replace({DecodedData()},{EscapeCharacter(C3A9)},e)}", "caf\xc3\xa9!", NRV_OK, "cafe!"},
+        // The search sees the text only up to its first zero byte.
+        {"{Replace({DecodedData()},BC,x)}", "A\0BC"s, NRV_OK, "A\0BC"s},
+        {"{Replace({DecodedData()},{EscapeCharacter(00)},x)}", "AB\0C"s, NRV_OK, "xB\0C"s},
+        // A search text with a zero byte is matched up to that byte but cuts
+        // its whole length, when that length still fits in the text.
+        {"{Replace({DecodedData()},{EscapeCharacter(4100)},-)}", "xA\0B"s, NRV_OK, "x-B"},
+        {"{Replace({DecodedData()},{EscapeCharacter(4100)},-)}", "zxA"s, NRV_OK, "zxA"},
+        {"{Replace({DecodedData()},{EscapeCharacter(410000)},-)}", "xyzA"s, NRV_OK, "xyzA"},
+        {"{Replace({DecodedData()},{FindFirstFromIndex({DecodedData()},-1,a,0)},x)}", "a",
+         NRV_ERR_INVALID_PARAMETER, ""},
+    });
+}
+
+TEST(TextCommands, SubstituteEveryByteOfTheSet)
+{
+    ExpectEdits({
+        {"{Substitute({DecodedData()},- ,_)}", "A-B D", NRV_OK, "A_B_D"},
+        {"{Substitute({DecodedData()},12,#)}", "a1b22", NRV_OK, "a#b##"},
+        {"{Substitute({DecodedData()},a,yz)}", "aXa", NRV_OK, "yzXyz"},
+        {"{Substitute({DecodedData()},-,)}", "A-B", NRV_OK, "AB"},
+        {"{Substitute({DecodedData()},-,x)}", "", NRV_OK, ""},
+        {"{Substitute({DecodedData()},,x)}", "AB", kRange, ""},
+        {"{Substitute({DecodedData()},A,)}", "aAa", NRV_OK, "aa"},
+        {"{Substitute({DecodedData()},--,+)}", "a-b", NRV_OK, "a+b"},
+        {"{Substitute({DecodedData()},ab,ba)}", "ab", NRV_OK, "baba"},
+        {"{Substitute({DecodedData()},0,)}", "2024-01-02", NRV_OK, "224-1-2"},
+        // The set and the text are taken at their recorded lengths.
+        {"{Substitute({DecodedData()},{EscapeCharacter(00)},-)}", "A\0B\0"s, NRV_OK, "A-B-"},
+        {"{Substitute({DecodedData()},{EscapeCharacter(0D0A)},)}", "1\r\n2\n", NRV_OK, "12"},
+        {"{Substitute({DecodedData()},{EscapeCharacter(FF)},{EscapeCharacter(00)})}", "\xff" "a\xff", NRV_OK,
+         "\0a\0"s},
+        {"{Substitute({DecodedData()},{FindFirstFromIndex({DecodedData()},-1,a,0)},x)}", "a",
+         NRV_ERR_INVALID_PARAMETER, ""},
+    });
+}
+
+TEST(TextCommands, EscapeCharacterTurnsHexDigitsIntoBytes)
+{
+    const char* const pszDecoded = "{EscapeCharacter({DecodedData()})}";
+    ExpectEdits({
+        {pszDecoded, "0D0A", NRV_OK, "\r\n"},
+        {pszDecoded, "0d0a", NRV_OK, "\r\n"},
+        {pszDecoded, "41 42", NRV_OK, "AB"},
+        {pszDecoded, "41-42-43", NRV_OK, "ABC"},
+        {pszDecoded, "A1B", NRV_OK, "\xa1\x0b"},
+        {pszDecoded, "414", NRV_OK, "A\x04"},
+        {pszDecoded, "7", NRV_OK, "\x07"},
+        {pszDecoded, "0", NRV_OK, ""},
+        {pszDecoded, "00", NRV_OK, "\0"s},
+        {pszDecoded, "FF", NRV_OK, "\xff"},
+        {pszDecoded, "4g1", NRV_OK, "\x01"},
+        {pszDecoded, "1 2", NRV_OK, "\x02"},
+        {pszDecoded, "7 ", NRV_OK, "\x70"},
+        {pszDecoded, "8 ", NRV_OK, ""},
+        {pszDecoded, "7  ", NRV_OK, ""},
+        {pszDecoded, "41 7 ", NRV_OK, "A\x70"},
+        {pszDecoded, "ZZ", NRV_OK, ""},
+        {pszDecoded, "", kRange, ""},
+        {"{EscapeCharacter(13)}", "", NRV_OK, "\x13"},
+        {pszDecoded, "aF0080", NRV_OK, "\xaf\0\x80"s},
+        // Zero bytes and bytes from 0x80 up are separators like any other.
+        {pszDecoded, "4\0001"s, NRV_OK, "\x01"},
+        {pszDecoded, "41\00042"s, NRV_OK, "AB"},
+        {pszDecoded, "\xc3\xa9" "41", NRV_OK, "A"},
+        {"{EscapeCharacter({FindFirstFromIndex({DecodedData()},-1,a,0)})}", "a", NRV_ERR_INVALID_PARAMETER, ""},
+    });
+}
+
+TEST(TextCommands, SubstringClampsItsIndexes)
+{
+    const std::string T = "AB-CD-EF";
+    ExpectEdits({
+        {"{Substring({DecodedData()},0,2)}", T, NRV_OK, "AB"},
+        {"{Substring({DecodedData()},3,5)}", T, NRV_OK, "CD"},
+        {"{Substring({DecodedData()},3,-1)}", T, NRV_OK, "CD-EF"},
+        {"{Substring({DecodedData()},-1,2)}", T, NRV_OK, "AB"},
+        {"{Substring({DecodedData()},-2,-2)}", T, NRV_OK, T},
+        {"{Substring({DecodedData()},3,3)}", T, NRV_OK, ""},
+        {"{Substring({DecodedData()},5,3)}", T, NRV_OK, ""},
+        {"{Substring({DecodedData()},6,20)}", T, NRV_OK, "EF"},
+        {"{Substring({DecodedData()},20,30)}", T, NRV_OK, ""},
+        {"{Substring({DecodedData()},-5,4)}", T, NRV_OK, ""},
+        {"{Substring({DecodedData()},2,-5)}", T, NRV_OK, "-CD-EF"},
+        {"{Substring({DecodedData()},0,0)}", "", NRV_OK, ""},
+        {"{Substring({DecodedData()},2,5)}", T, NRV_OK, "-CD"},
+        {"{Substring({DecodedData()},-2147483648,2147483647)}", T, NRV_OK, ""},
+        {"{Substring({DecodedData()},7,2147483647)}", T, NRV_OK, "F"},
+        {"{Substring(123456,1,3)}", "", NRV_OK, "23"},
+        // Zero bytes and other bytes are counted like any other.
+        {"{Substring({DecodedData()},1,4)}", "\0\x01\0\xff\0"s, NRV_OK, "\x01\0\xff"s},
+        // Positions found by the find commands: between the first and last '-'.
+        {"{Substring({DecodedData()},{FindFirstFromIndex({DecodedData()},-1,-,1)},"
+         "{FindLastFromIndex({DecodedData()},-1,-,0)})}",
+         T, NRV_OK, "CD"},
+        {"{Substring({DecodedData()},{FindFirstFromIndex({DecodedData()},-1,-,1)},"
+         "{FindLastFromIndex({DecodedData()},-1,-,0)})}",
+         "ABCDEFGH", NRV_OK, "ABCDEFGH"},
+        {"{Substring({DecodedData()},{DecodedData()},2)}", "1234", NRV_ERR_INVALID_PARAMETER, ""},
+        {"{Substring({FindFirstFromIndex({DecodedData()},-1,a,0)},0,1)}", "a", NRV_ERR_INVALID_PARAMETER, ""},
+    });
+}
+
+TEST(TextCommands, ExtractBetweenMarkers)
+{
+    ExpectEdits({
+        {"{Extract({DecodedData()},[,])}", "[123]x", NRV_OK, "123"},
+        {"{Extract({DecodedData()},[,])}", "[123]", NRV_OK, "123"},
+        {"{Extract({DecodedData()},[,])}", "abc]d", NRV_OK, "abc"},
+        {"{Extract({DecodedData()},[,])}", "[abc", NRV_OK, "abc"},
+        {"{Extract({DecodedData()},[,])}", "x]y[z", NRV_OK, ""},
+        {"{Extract({DecodedData()},<a>,</a>)}", "<a>x</a><a>y</a>Z", NRV_OK, "x</a><a>y"},
+        {"{Extract({DecodedData()},abc,b)}", "ab", NRV_OK, "a"},
+        {"{Extract({DecodedData()},AB,x)}", "AB", NRV_OK, "AB"},
+        {"{Extract({DecodedData()},x,AB)}", "AB", NRV_OK, "AB"},
+        {"{Extract({DecodedData()},[,])}", "", kRange, ""},
+        {"{Extract({DecodedData()},,])}", "[1]x", kRange, ""},
+        {"{Extract({DecodedData()},[,)}", "[1]x", kRange, ""},
+        // Overlapping occurrences: the last 'aa' starts at 2.
+        {"{Extract({DecodedData()},x,aa)}", "aaaa", NRV_OK, "aa"},
+        {"{Extract({DecodedData()},1,2)}", "1234512", NRV_OK, "23451"},
+        // Markers are looked for only up to the text's first zero byte; the
+        // piece may still run to the recorded end.
+        {"{Extract({DecodedData()},[,])}", "[1]\0]x"s, NRV_OK, "1"},
+        {"{Extract({DecodedData()},[,])}", "[1\0]x"s, NRV_OK, "1\0]x"s},
+        {"{Extract({DecodedData()},[,])}", "\0[1]"s, NRV_OK, "\0[1]"s},
+        {"{Extract({DecodedData()},{EscapeCharacter(02)},{EscapeCharacter(03)})}", "\x02\xc3\xa9\x03\r\n", NRV_OK,
+         "\xc3\xa9"},
+        {"{Extract({DecodedData()},[,{FindFirstFromIndex({DecodedData()},-1,a,0)})}", "a",
+         NRV_ERR_INVALID_PARAMETER, ""},
+    });
+}
+
+TEST(TextCommands, RunAgainForEachRecord)
+{
+    CNrvDataEditingProfile profile;
+    ASSERT_EQ(NRV_OK, profile.Parse("{Extract({MakeUpperCase({DecodedData()})},[,])}"));
+    const char* const apszData[] = {"[ab]", "x[cd", "[]"};
+    const char* const apszEdited[] = {"AB", "CD", ""};
+    for (size_t i = 0; i < 3; ++i) {
+        std::string data = apszData[i];
+        TNrvScanDecodedData record{};
+        record.String.pValue = &data[0];
+        record.String.nLength = data.size();
+        ASSERT_EQ(NRV_OK, profile.Edit(&record));
+        EXPECT_EQ(apszEdited[i], std::string(record.String.pValue, record.String.nLength));
+    }
+}
+
+namespace {
+
+// A parameter that fails with a code of its own.
+class CFailingOperation : public CNrvOperation {
+public:
+    CFailingOperation() : CNrvOperation(nullptr) {}
+    bool CheckIfParametersAreCorrect() const override { return true; }
+    NRVRESULT Run(CNrvOperationResult&) const override { return NRV_ERR_SYNTAX; }
+    int GetResultType() const override { return CNrvOperationResult::typeStringOrInt; }
+};
+
+// A parameter that counts its runs.
+class CCountingOperation : public CNrvOperation {
+public:
+    explicit CCountingOperation(int* pnRuns) : CNrvOperation(nullptr), m_pnRuns(pnRuns) {}
+    bool CheckIfParametersAreCorrect() const override { return true; }
+    NRVRESULT Run(CNrvOperationResult& Result) const override
+    {
+        ++*m_pnRuns;
+        return Result.WriteResult("1", 1);
+    }
+    int GetResultType() const override { return CNrvOperationResult::typeStringOrInt; }
+
+private:
+    int* m_pnRuns;
+};
+
+}  // namespace
+
+TEST(TextCommands, FailingFirstParameterStopsTheRun)
+{
+    const char* const apszCommands[] = {"Replace",       "Substitute",    "EscapeCharacter",
+                                        "MakeUpperCase", "MakeLowerCase", "ReplaceNonPrintableCharacters",
+                                        "Substring",     "Extract"};
+    CNrvDataEditingProfile profile;
+    CNrvOperationDictionary* pDictionary = CNrvOperationDictionary::GetLibraryDictionary();
+    ASSERT_NE(nullptr, pDictionary);
+    for (const char* pszCommand : apszCommands) {
+        SCOPED_TRACE(pszCommand);
+        CNrvOperationFactory* pFactory = pDictionary->GetValue(pszCommand, strlen(pszCommand));
+        ASSERT_NE(nullptr, pFactory);
+        CNrvOperation* pOperation = nullptr;
+        ASSERT_EQ(NRV_OK, pFactory->CreateOperation(&profile, &pOperation));
+        int nRuns = 0;
+        ASSERT_GE(pOperation->GetOperationsList()->AddTail(new CFailingOperation()), 0);
+        for (size_t i = 1; i < pOperation->GetParameterCount(); ++i)
+            ASSERT_GE(pOperation->GetOperationsList()->AddTail(new CCountingOperation(&nRuns)), 0);
+        ASSERT_TRUE(pOperation->CheckIfParametersAreCorrect());
+
+        CNrvOperationResult result;
+        ASSERT_EQ(NRV_OK, result.WriteResult("kept", 4));
+        EXPECT_EQ(NRV_ERR_SYNTAX, pOperation->Run(result));
+        EXPECT_EQ(0, nRuns);
+        EXPECT_STREQ("kept", result.GetResultString());
+        delete pOperation;  // deletes its parameters with it
+    }
+}
