@@ -1,0 +1,284 @@
+#!/bin/sh
+# Integration tests of the nrv-edit binary: each case runs it and compares
+# standard output byte for byte, the exit status, and a piece of standard
+# error.
+#
+# Usage: nrv-edit-test.sh PATH-TO-nrv-edit GROUP
+# Groups: parse-error failing-scan triggers escapes batch usage list-commands
+set -u
+
+TOOL=$1
+GROUP=$2
+WORK=$(mktemp -d) || exit 1
+trap 'rm -rf "$WORK"' EXIT INT TERM
+: >"$WORK/in"
+failures=0
+cases=0
+
+# input FORMAT [ARG...]: the next case's standard input, made by printf.
+input() {
+    fmt=$1
+    shift
+    # shellcheck disable=SC2059
+    printf "$fmt" "$@" >"$WORK/in"
+}
+
+# expect NAME STATUS STDOUT STDERR [ARG...]
+#   STDOUT: the lines expected, without the last newline; NONE for no output
+#           at all. Compared byte for byte.
+#   STDERR: a text standard error must contain (fixed string); '' for none.
+# Standard input comes from the last input call and is reset afterwards.
+expect() {
+    name=$1 status=$2 out=$3 err=$4
+    shift 4
+    cases=$((cases + 1))
+    "$TOOL" "$@" <"$WORK/in" >"$WORK/out" 2>"$WORK/err"
+    actual=$?
+    if [ "$out" = NONE ]; then : >"$WORK/expected"; else printf '%s\n' "$out" >"$WORK/expected"; fi
+    problem=
+    [ "$actual" -eq "$status" ] || problem="exit status $actual, expected $status"
+    cmp -s "$WORK/out" "$WORK/expected" || problem="$problem${problem:+; }standard output differs"
+    if [ -z "$err" ]; then
+        [ -s "$WORK/err" ] && problem="$problem${problem:+; }unexpected standard error"
+    elif ! grep -qF -- "$err" "$WORK/err"; then
+        problem="$problem${problem:+; }standard error lacks: $err"
+    fi
+    if [ -n "$problem" ]; then
+        failures=$((failures + 1))
+        echo "FAIL $name: $problem"
+        echo "  command: nrv-edit $*"
+        echo "  --- expected output"; sed 's/^/  | /' "$WORK/expected"
+        echo "  --- actual output"; sed 's/^/  | /' "$WORK/out"
+        echo "  --- standard error"; sed 's/^/  | /' "$WORK/err"
+    fi
+    : >"$WORK/in"
+}
+
+# expect_bytes NAME STATUS FORMAT TOOL-ARG...: as expect, for outputs that
+# hold bytes a shell string cannot (zero bytes): the expected output is
+# printf FORMAT; standard error is not checked.
+expect_bytes() {
+    name=$1 status=$2 fmt=$3
+    shift 3
+    # shellcheck disable=SC2059
+    printf "$fmt" >"$WORK/expected"
+    cases=$((cases + 1))
+    "$TOOL" "$@" <"$WORK/in" >"$WORK/out" 2>"$WORK/err"
+    actual=$?
+    if [ "$actual" -ne "$status" ] || ! cmp -s "$WORK/out" "$WORK/expected"; then
+        failures=$((failures + 1))
+        echo "FAIL $name: exit status $actual (expected $status) or output differs"
+        od -c "$WORK/out" | sed 's/^/  actual   | /'
+        od -c "$WORK/expected" | sed 's/^/  expected | /'
+    fi
+    : >"$WORK/in"
+}
+
+# stderr_lines NAME COUNT: the last case wrote exactly COUNT lines on
+# standard error.
+stderr_lines() {
+    cases=$((cases + 1))
+    n=$(wc -l <"$WORK/err")
+    if [ "$n" -ne "$2" ]; then
+        failures=$((failures + 1))
+        echo "FAIL $1: $n lines on standard error, expected $2"
+        sed 's/^/  | /' "$WORK/err"
+    fi
+}
+
+CUT2='{TruncateFromBeginning({DecodedData()},2)}'
+SHOW='[{DecodedData()}]'
+
+case $GROUP in
+parse-error)
+    input 'AB1234\n'
+    expect "unknown command names the code and the name" 2 NONE \
+        "nrv-edit: cannot parse the expression: NRV_ERR_UNKNOWN_COMMAND (-83): a name that is not a command; parser: Error unable to find the command:Frobnicate" \
+        'x{Frobnicate({DecodedData()})}'
+    stderr_lines "one message for a parse error" 1
+    expect "parameter count" 2 NONE "NRV_ERR_PARAMETER_COUNT (-84)" '{TruncateFromBeginning({DecodedData()})}' AB1234
+    expect "text where a number is needed" 2 NONE "NRV_ERR_INVALID_PARAMETER (-18)" \
+        '{TruncateFromBeginning({DecodedData()},{DecodedData()})}' AB1234
+    expect "unbalanced delimiter" 2 NONE "NRV_ERR_SYNTAX (-52)" '{{DecodedData()}' AB1234
+    expect "names are case-sensitive" 2 NONE "find the command:decodedData" '{decodedData()}' AB
+    # The expression is refused before the input is opened.
+    expect "parse error before the input is opened" 2 NONE "NRV_ERR_UNKNOWN_COMMAND" -i "$WORK/missing" '{Nope()}'
+    expect "--check accepts" 0 "ok" '' --check "Code: $CUT2"
+    expect "--check refuses" 2 NONE "NRV_ERR_UNKNOWN_COMMAND (-83)" --check '{Nope()}'
+    input 'AB1234\n'
+    expect "--check reads no scan" 0 "ok" '' --check "$CUT2"
+    expect "--trace marks the error line" 2 NONE "trace: ERROR: Error unable to find the command:Nope" --trace '{Nope()}' x
+    expect "--trace shows the steps" 0 "1234" "trace: *** command:TruncateFromBeginning" --trace "$CUT2" AB1234
+    ;;
+
+failing-scan)
+    input 'AB1234\nA\nCD99\nAB\n'
+    expect "failing scans pass unchanged and lines stay aligned" 1 "1234
+A
+99
+AB" "nrv-edit: scan 2: NRV_ERR_OUT_OF_RANGE (-43): " "$CUT2"
+    stderr_lines "one message per failing scan" 2
+    expect "the last failing scan is numbered" 1 "x
+ok" "nrv-edit: scan 1: NRV_ERR_OUT_OF_RANGE (-43)" '{TruncateFromEnd({DecodedData()},2)}' x okok
+    expect "every scan edited: status 0" 0 "1234
+99" '' "$CUT2" AB1234 CD99
+    expect "empty scan" 1 "" "scan 1: NRV_ERR_OUT_OF_RANGE" '{TruncateFromBeginning({DecodedData()},0)}' ''
+    ;;
+
+triggers)
+    expect "--starts-with" 0 "1234
+XY5678" '' --starts-with AB "$CUT2" AB1234 XY5678
+    expect "--ends-with" 0 "12
+AB34x
+AB" '' --ends-with 34 '{TruncateFromEnd({DecodedData()},2)}' 1234 AB34x AB34
+    expect "--contains; -- ends the options" 0 "[-x-]
+abc" '' --contains x -- "$SHOW" -x- abc
+    expect "size bounds are inclusive" 0 "ABC
+[ABCD]
+[ABCDEF]
+ABCDEFG" '' --min-size 4 --max-size 6 "$SHOW" ABC ABCD ABCDEF ABCDEFG
+    expect "size 0 is unset" 0 "[]
+[A]" '' --min-size 0 --max-size 0 "$SHOW" '' A
+    expect "symbology not listed" 0 "AB1234" '' -s Code128 --only-symbology QRCode "$CUT2" AB1234
+    expect "symbology listed, by name in any case" 0 "1234" '' -s code128 --only-symbology Aztec --only-symbology CODE128 "$CUT2" AB1234
+    expect "symbology by number" 0 "1234" '' -s 38 --only-symbology qrcode "$CUT2" AB1234
+    expect "no symbology given is NotSpecified" 0 "AB1234" '' --only-symbology Code128 "$CUT2" AB1234
+    expect "every trigger must hold" 0 "AB1234
+[AB99]" '' --starts-with AB --ends-with 99 "$SHOW" AB1234 AB99
+    expect "escaped trigger text" 0 "AB" '' -e --ends-with '\r\n' '{DecodedDataWithoutTrailer()}' 'AB\r\n'
+    expect "raw trigger text keeps its backslash" 0 "[a\\x]
+b\\y" '' --contains '\x' "$SHOW" 'a\x' 'b\y'
+    ;;
+
+escapes)
+    input 'a\\\\b\\r\\n\\t\\x00\\x7f\\xff\\x41\n'
+    expect "escapes are decoded and shown canonically" 0 'a\\b\r\n\t\x00\x7F\xFFA' '' -e '{DecodedData()}'
+    # All 256 byte values: decoding then showing gives back the same line.
+    line='' i=0
+    while [ $i -lt 256 ]; do
+        case $i in
+        9) line="$line\\t" ;; 10) line="$line\\n" ;; 13) line="$line\\r" ;; 92) line="$line\\\\" ;;
+        *)
+            if [ $i -ge 32 ] && [ $i -lt 127 ]; then
+                # shellcheck disable=SC2059
+                line="$line$(printf "\\$(printf '%03o' $i)")"
+            else
+                line="$line$(printf '\\x%02X' $i)"
+            fi
+            ;;
+        esac
+        i=$((i + 1))
+    done
+    printf '%s\n' "$line" >"$WORK/in"
+    expect "every byte round-trips through -e" 0 "$line" '' -e '{DecodedData()}'
+    expect "every byte as an argument" 0 "$line" '' -e '{DecodedData()}' "$line"
+    expect "strip the trailing CR LF" 0 '12345
+AB' '' -e '{DecodedDataWithoutTrailer()}' '12345\r\n' 'AB\x00\x1d\xff'
+    input 'a\000b\r\200\n'
+    expect_bytes "raw bytes pass through without -e" 0 '[a\000b\r\200]\n' "$SHOW"
+    input 'x\\q\n'
+    expect_bytes "without -e a backslash is a byte" 0 '[x\\q]\n' "$SHOW"
+    expect "control bytes shown with -e" 0 '[AB\x1DCD\r]' '' -e "$SHOW" 'AB\x1dCD\r'
+    expect "unknown escape in an argument" 2 NONE "DATA argument 2 'a\\q': unknown escape \\q" -e "$SHOW" ok 'a\q'
+    expect "short \\x escape" 2 NONE "\\x must be followed by two hexadecimal digits" -e "$SHOW" 'a\x4'
+    # shellcheck disable=SC1003
+    expect "trailing backslash" 2 NONE "a backslash ends the text" -e "$SHOW" 'a\'
+    input 'ok\nbad\\x4g\nnever\n'
+    expect "malformed line stops the batch and names the line" 2 "[ok]" "standard input, line 2: " -e "$SHOW"
+    expect "malformed trigger" 2 NONE "--contains 'a\\z'" -e --contains 'a\z' "$SHOW" x
+    expect "zero byte in a trigger" 2 NONE "a trigger text cannot hold a zero byte" -e --starts-with '\x00' "$SHOW" x
+    ;;
+
+batch)
+    input 'a\n\nb'
+    expect "empty lines are scans; a last line without newline counts" 0 "[a]
+[]
+[b]" '' "$SHOW"
+    input ''
+    expect "empty input, no output" 0 NONE '' "$SHOW"
+    input 'AB1\nAB22\n'
+    expect "-i -" 0 "1
+22" '' -i - "$CUT2"
+    printf 'id[42]x\nno markers\n' >"$WORK/scans"
+    expect "-i FILE, a field between markers" 0 "42
+no markers" '' -i "$WORK/scans" '{Extract({DecodedData()},[,])}'
+    stderr_lines "no error for a scan without the markers" 0
+    # Enough lines to cross many read and write buffers; sed does the same edit.
+    awk 'BEGIN { for (i = 0; i < 100000; i++) printf "AB%d-%s\n", i, substr("xxxxxxxxxxxxxxxxxxxx", 1, i % 21) }' \
+        >"$WORK/many"
+    sed 's/^..//' "$WORK/many" >"$WORK/many.sed"
+    cases=$((cases + 1))
+    if ! "$TOOL" -i "$WORK/many" "$CUT2" >"$WORK/many.out" || ! cmp -s "$WORK/many.out" "$WORK/many.sed"; then
+        failures=$((failures + 1))
+        echo "FAIL 100000 scans: output differs from sed's"
+    fi
+    # A line longer than any buffer.
+    awk 'BEGIN { s = "0123456789"; while (length(s) < 700000) s = s s; print "AB" s; print "AB" }' >"$WORK/long"
+    cases=$((cases + 1))
+    "$TOOL" -i "$WORK/long" "$CUT2" >"$WORK/long.out" 2>"$WORK/err"
+    if [ $? -ne 1 ] || [ "$(sed -n 1p "$WORK/long.out" | wc -c)" -ne "$(sed -n 1p "$WORK/long" | wc -c | awk '{print $1 - 2}')" ] ||
+        [ "$(sed -n 2p "$WORK/long.out")" != AB ]; then
+        failures=$((failures + 1))
+        echo "FAIL long line: wrong length or the next line lost"
+    fi
+    expect "quick-start example" 0 "Code: 1234" '' "Code: $CUT2" AB1234
+    expect "literal-only expression" 0 "fixed
+fixed" '' fixed a b
+    ;;
+
+usage)
+    expect "unknown long option" 2 NONE "nrv-edit: unknown option '--bogus'" --bogus "$SHOW" x
+    expect "hint to --help" 2 NONE "Try 'nrv-edit --help'" --bogus "$SHOW" x
+    stderr_lines "usage error: message and hint" 2
+    expect "unknown short option" 2 NONE "unknown option '-z'" -z "$SHOW" x
+    expect "missing value" 2 NONE "option '--contains' needs a value" "$SHOW" --contains
+    expect "negative size" 2 NONE "invalid size '-1' for --min-size" --min-size -1 "$SHOW" x
+    expect "size with a suffix" 2 NONE "invalid size '12k' for --max-size" --max-size 12k "$SHOW" x
+    expect "size too large" 2 NONE "invalid size" --max-size 99999999999999999999999 "$SHOW" x
+    expect "unknown symbology name" 2 NONE "unknown symbology 'Code129'" -s Code129 "$SHOW" x
+    expect "symbology number past the last" 2 NONE "unknown symbology '48'" --only-symbology 48 "$SHOW" x
+    expect "last symbology number" 0 "[x]" '' -s 47 --only-symbology HanXin "$SHOW" x
+    expect "unreadable file" 2 NONE "cannot read '$WORK/missing'" -i "$WORK/missing" "$SHOW"
+    expect "missing expression" 2 NONE "missing EXPRESSION"
+    expect "both DATA and -i" 2 NONE "not both" -i - "$SHOW" x
+    cases=$((cases + 1))
+    if ! "$TOOL" --help | grep -q -- '--only-symbology NAME|N'; then
+        failures=$((failures + 1))
+        echo "FAIL --help does not document the options"
+    fi
+    cases=$((cases + 1))
+    if ! "$TOOL" --version | grep -q '^nrv-edit [0-9]'; then
+        failures=$((failures + 1))
+        echo "FAIL --version"
+    fi
+    ;;
+
+list-commands)
+    expect "all eighteen commands with their parameters" 0 "DecodedData()                                      -> text
+TruncateFromBeginning(text, index)                 -> text
+TruncateFromEnd(text, index)                       -> text
+Replace(text, text, text)                          -> text
+Substitute(text, text, text)                       -> text
+EscapeCharacter(text)                              -> text
+InsertAfterIndex(text, index, text)                -> text
+InsertBeforeIndex(text, index, text)               -> text
+FindFirstFromIndex(text, index, text, index)       -> index
+FindLastFromIndex(text, index, text, index)        -> index
+MakeUpperCase(text)                                -> text
+MakeLowerCase(text)                                -> text
+ReplaceNonPrintableCharacters(text, text)          -> text
+DecodedDataWithoutTrailer()                        -> text
+TruncateAfterIndex(text, index, index)             -> text
+TruncateBeforeIndex(text, index, index)            -> text
+Substring(text, index, index)                      -> text
+Extract(text, text, text)                          -> text" '' --list-commands
+    ;;
+
+*)
+    echo "unknown group: $GROUP"
+    exit 2
+    ;;
+esac
+
+echo "$GROUP: $((cases - failures)) of $cases cases passed"
+[ "$failures" -eq 0 ]
