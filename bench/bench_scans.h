@@ -1,0 +1,42 @@
+#ifndef NRV_BENCH_SCANS_H
+#define NRV_BENCH_SCANS_H
+
+#include <cstddef>
+#include <string>
+
+namespace nrvbench {
+
+// The scans the typical edits run over (embedded, deterministic).
+const std::string& Ean13();         // 13 bytes
+const std::string& Industrial();    // 44 bytes, 0x1D separators, CR LF
+const std::string& IdentityCard();  // 400 bytes, line feeds
+const std::string& QrPayload();     // 2,953 bytes
+
+// A deterministic scan of n bytes for the growth curves: letters, digits,
+// blanks and punctuation with a group separator every 16 bytes. It never
+// holds '~', '^' or a zero byte, so searches for those run to the end.
+inline std::string GrowthScan(size_t n)
+{
+    static const char kAlphabet[] = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz-/. ";
+    std::string s(n, ' ');
+    unsigned int seed = 12345;
+    for (size_t i = 0; i < n; ++i) {
+        seed = seed * 1103515245u + 12345u;
+        s[i] = (i % 16 == 15) ? '\x1d' : kAlphabet[(seed >> 16) % (sizeof kAlphabet - 1)];
+    }
+    return s;
+}
+
+// n hexadecimal digits, the input of EscapeCharacter.
+inline std::string GrowthHexScan(size_t n)
+{
+    static const char kDigits[] = "0123456789ABCDEF";
+    std::string s(n, '0');
+    for (size_t i = 0; i < n; ++i)
+        s[i] = kDigits[(i * 7 + 3) % 16];
+    return s;
+}
+
+}  // namespace nrvbench
+
+#endif  // NRV_BENCH_SCANS_H
