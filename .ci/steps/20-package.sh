@@ -13,7 +13,7 @@ generator=()
 command -v ninja >/dev/null && generator=(-G Ninja)
 
 echo "-- library: build-pkg, installed to $prefix"
-cmake -S . -B build-pkg "${generator[@]}" -DCMAKE_BUILD_TYPE=Release \
+cmake -S . -B build-pkg ${generator[@]+"${generator[@]}"} -DCMAKE_BUILD_TYPE=Release \
   -DNRV_BUILD_TESTS=OFF -DNRV_BUILD_EXAMPLES=OFF -DNRV_SANITIZE=OFF \
   -DCMAKE_INSTALL_LIBDIR=lib >/dev/null
 cmake --build build-pkg -j2
@@ -25,29 +25,34 @@ for f in lib/libnrvdataedit.a include/nrv/NrvDataEditingProfile.h include/nrv/Nr
          lib/cmake/NrvDataEditing/NrvDataEditingConfigVersion.cmake; do
   [ -f "$prefix/$f" ] || { echo "missing from the install: $f" >&2; exit 1; }
 done
-if [ -f build-pkg/tools/nrv-edit ] && [ ! -x "$prefix/bin/nrv-edit" ]; then
-  echo "the nrv-edit tool was built but not installed" >&2; exit 1
+version=$(PKG_CONFIG_PATH="$prefix/lib/pkgconfig" pkg-config --modversion nrvdataedit)
+if [ -f build-pkg/tools/nrv-edit ]; then
+  [ -x "$prefix/bin/nrv-edit" ] || { echo "the nrv-edit tool was built but not installed" >&2; exit 1; }
+  tool_version=$("$prefix/bin/nrv-edit" --version)
+  [ "$tool_version" = "nrv-edit $version" ] ||
+    { echo "installed tool says '$tool_version', package is $version" >&2; exit 1; }
 fi
 # Every header the umbrella pulls in must be there: compile it alone.
 echo '#include "NrvOperation.h"' | ${CXX:-c++} -std=c++17 -fsyntax-only -I"$prefix/include/nrv" -x c++ -
 
 echo "-- consumer-cmake (find_package)"
-cmake -S examples/consumer-cmake -B "$work/consumer-cmake" "${generator[@]}" \
-  -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_FLAGS="-Wall -Wextra" >/dev/null
+cmake -S examples/consumer-cmake -B "$work/consumer-cmake" ${generator[@]+"${generator[@]}"} \
+  -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_FLAGS="-Wall -Wextra -Werror" >/dev/null
 cmake --build "$work/consumer-cmake"
 "$work/consumer-cmake/nrv_consumer_cmake"
 
 echo "-- consumer-pkgconfig"
 mkdir "$work/consumer-pkgconfig"
 (cd "$work/consumer-pkgconfig" &&
-  PKG_CONFIG_PATH="$prefix/lib/pkgconfig" make -f "$src/examples/consumer-pkgconfig/Makefile")
+  PKG_CONFIG_PATH="$prefix/lib/pkgconfig" make -f "$src/examples/consumer-pkgconfig/Makefile" \
+    CXXFLAGS="-O2 -Wall -Wextra -Werror")
 out=$(printf 'AB1234\r\n\nXY' | "$work/consumer-pkgconfig/nrv_filter" '[{DecodedDataWithoutTrailer()}]')
 printf '%s\n' "$out"
 expected=$(printf '[AB1234]\t0\n[]\t0\n[XY]\t0')
 [ "$out" = "$expected" ] || { echo "consumer-pkgconfig printed something else" >&2; exit 1; }
 
 echo "-- consumer-cmake (add_subdirectory)"
-cmake -S examples/consumer-cmake -B "$work/consumer-subdir" "${generator[@]}" \
+cmake -S examples/consumer-cmake -B "$work/consumer-subdir" ${generator[@]+"${generator[@]}"} \
   -DNRV_SOURCE_DIR="$src" >/dev/null
 cmake --build "$work/consumer-subdir" -j2
 # Added as a subdirectory, the project builds the library and nothing else.
