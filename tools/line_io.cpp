@@ -11,7 +11,7 @@ const size_t kBufferSize = 256 * 1024;
 
 }  // namespace
 
-COutput::COutput(int fd) : m_fd(fd), m_pBuffer(new char[kBufferSize]), m_nUsed(0), m_bFailed(false) {}
+COutput::COutput(int fd) : m_fd(fd), m_pBuffer(new char[kBufferSize]), m_nUsed(0), m_nErrno(0) {}
 
 COutput::~COutput()
 {
@@ -19,23 +19,28 @@ COutput::~COutput()
     delete[] m_pBuffer;
 }
 
+bool COutput::WriteAll(const char* pData, size_t nLength)
+{
+    while (nLength > 0 && m_nErrno == 0) {
+        const ssize_t nWritten = ::write(m_fd, pData, nLength);
+        if (nWritten < 0 && errno == EINTR)
+            continue;
+        if (nWritten <= 0) {
+            m_nErrno = nWritten < 0 ? errno : EIO;
+            break;
+        }
+        pData += nWritten;
+        nLength -= static_cast<size_t>(nWritten);
+    }
+    return m_nErrno == 0;
+}
+
 void COutput::Write(const char* pData, size_t nLength)
 {
     if (nLength > kBufferSize - m_nUsed) {
         Flush();
         if (nLength >= kBufferSize) {
-            // Too large to batch: straight through, once the buffer is empty.
-            while (nLength > 0 && !m_bFailed) {
-                const ssize_t nWritten = ::write(m_fd, pData, nLength);
-                if (nWritten < 0 && errno == EINTR)
-                    continue;
-                if (nWritten <= 0) {
-                    m_bFailed = true;
-                    break;
-                }
-                pData += nWritten;
-                nLength -= static_cast<size_t>(nWritten);
-            }
+            WriteAll(pData, nLength);  // too large to batch: straight through
             return;
         }
     }
@@ -52,18 +57,9 @@ void COutput::Write(char c)
 
 bool COutput::Flush()
 {
-    size_t nDone = 0;
-    while (nDone < m_nUsed && !m_bFailed) {
-        const ssize_t nWritten = ::write(m_fd, m_pBuffer + nDone, m_nUsed - nDone);
-        if (nWritten < 0 && errno == EINTR)
-            continue;
-        if (nWritten <= 0)
-            m_bFailed = true;
-        else
-            nDone += static_cast<size_t>(nWritten);
-    }
+    const size_t nUsed = m_nUsed;
     m_nUsed = 0;  // after a failure the output is lost anyway
-    return !m_bFailed;
+    return WriteAll(m_pBuffer, nUsed);
 }
 
 CLineReader::CLineReader(int fd, COutput* pFlushFirst)

@@ -19,13 +19,16 @@ public:
     void Write(char c);
     // False once a write has failed; the error stays.
     bool Flush();
-    bool Failed() const { return m_bFailed; }
+    bool Failed() const { return m_nErrno != 0; }
+    int Errno() const { return m_nErrno; }
 
 private:
+    bool WriteAll(const char* pData, size_t nLength);
+
     int m_fd;
     char* m_pBuffer;
     size_t m_nUsed;
-    bool m_bFailed;
+    int m_nErrno;
 };
 
 class CLineReader {

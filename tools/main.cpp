@@ -1,6 +1,7 @@
 // nrv-edit: tries a data-editing expression on scans given on the command
 // line, or applies it to every line of a file or of standard input.
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -75,7 +76,13 @@ struct STriggerTexts {
 class CScanPrinter {
 public:
     CScanPrinter(CNrvDataEditingProfile* pProfile, ENrvScanSymbologyID symbology, bool bEscapes, COutput* pOutput)
-        : m_pProfile(pProfile), m_Symbology(symbology), m_bEscapes(bEscapes), m_pOutput(pOutput), m_nScan(0),
+        : m_pProfile(pProfile),
+          m_Symbology(symbology),
+          // The engine never writes through the name; the record type is not const.
+          m_SymbologyName{strlen(SymbologyName(symbology)), const_cast<char*>(SymbologyName(symbology))},
+          m_bEscapes(bEscapes),
+          m_pOutput(pOutput),
+          m_nScan(0),
           m_bAnyFailed(false)
     {
     }
@@ -83,9 +90,7 @@ public:
     void EditAndPrint(char* pData, size_t nLength)
     {
         ++m_nScan;
-        const char* pszName = SymbologyName(m_Symbology);
-        // The engine never writes through the name; the record type is not const.
-        TNrvScanDecodedData record = {m_Symbology, {strlen(pszName), const_cast<char*>(pszName)}, {nLength, pData}};
+        TNrvScanDecodedData record = {m_Symbology, m_SymbologyName, {nLength, pData}};
         const NRVRESULT result = m_pProfile->Edit(&record);
         if (result < 0) {
             // The record is untouched: the scan goes out as it came in.
@@ -108,6 +113,7 @@ public:
 private:
     CNrvDataEditingProfile* m_pProfile;
     ENrvScanSymbologyID m_Symbology;
+    TNrvScanString m_SymbologyName;
     bool m_bEscapes;
     COutput* m_pOutput;
     unsigned long long m_nScan;
@@ -118,7 +124,7 @@ private:
 int Finish(COutput* pOutput, const CScanPrinter& printer)
 {
     if (!pOutput->Flush()) {
-        fprintf(stderr, "nrv-edit: cannot write the output: %s\n", strerror(errno));
+        fprintf(stderr, "nrv-edit: cannot write the output: %s\n", strerror(pOutput->Errno()));
         return kExitUsage;
     }
     return printer.AnyFailed() ? kExitScanFailed : kExitOk;
@@ -213,6 +219,12 @@ int main(int argc, char** argv)
     int fd = STDIN_FILENO;
     if (!bStandardInput) {
         fd = open(options.pszInput, O_RDONLY);
+        struct stat status;
+        if (fd >= 0 && fstat(fd, &status) == 0 && S_ISDIR(status.st_mode)) {
+            close(fd);
+            fd = -1;
+            errno = EISDIR;
+        }
         if (fd < 0)
             return UsageError(std::string("cannot read '") + options.pszInput + "': " + strerror(errno));
     }

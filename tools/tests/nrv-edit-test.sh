@@ -239,8 +239,17 @@ usage)
     expect "symbology number past the last" 2 NONE "unknown symbology '48'" --only-symbology 48 "$SHOW" x
     expect "last symbology number" 0 "[x]" '' -s 47 --only-symbology HanXin "$SHOW" x
     expect "unreadable file" 2 NONE "cannot read '$WORK/missing'" -i "$WORK/missing" "$SHOW"
+    expect "a directory as input" 2 NONE "cannot read '$WORK': Is a directory" -i "$WORK" "$SHOW"
     expect "missing expression" 2 NONE "missing EXPRESSION"
     expect "both DATA and -i" 2 NONE "not both" -i - "$SHOW" x
+    if [ -w /dev/full ]; then
+        cases=$((cases + 1))
+        "$TOOL" "$SHOW" x >/dev/full 2>"$WORK/err"
+        if [ $? -ne 2 ] || ! grep -q "cannot write the output" "$WORK/err"; then
+            failures=$((failures + 1))
+            echo "FAIL a full disk is not reported"
+        fi
+    fi
     cases=$((cases + 1))
     if ! "$TOOL" --help | grep -q -- '--only-symbology NAME|N'; then
         failures=$((failures + 1))
