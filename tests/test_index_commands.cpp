@@ -198,6 +198,8 @@ TEST(TruncateAtIndex, ExpressionTable)
     CheckRows(editRows);
     CheckRows({
         {"{TruncateBeforeIndex({DecodedData()},{FindFirstFromIndex({DecodedData()},0,-,1)},0)}", t, kOk, "CD-EF"},
+        {"{TruncateBeforeIndex({DecodedData()},{FindFirstFromIndex({DecodedData()},0,-,1)},0)}", "ABCDEF", kOk,
+         "ABCDEF"},
         {"{TruncateAfterIndex(2024,2,0)}", "", kOk, "20"},
     });
 }
