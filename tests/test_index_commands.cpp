@@ -298,34 +298,6 @@ TEST(IndexCommandParser, RefusesWrongParameterKinds)
     }
 }
 
-// One parsed tree serves record after record: nothing of a run is kept.
-TEST(IndexCommandRun, RerunsOverEachRecord)
-{
-    CNrvDataEditingProfile profile;
-    ASSERT_EQ(profile.Parse("{InsertBeforeIndex({TruncateAfterIndex({DecodedData()},"
-                            "{FindFirstFromIndex({DecodedData()},-1,/,0)},0)},-1,.)}"),
-              kOk);
-    const struct {
-        const char* pszData;
-        const char* pszExpected;
-    } rows[] = {
-        {"12/34/56", "1.2"},
-        {"abc", "ab.c"},
-        {"x/", ".x"},
-        {"/", "."},  // nothing before the slash: the insert alone
-        {"9/8", ".9"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.pszData);
-        std::string input = row.pszData;
-        TNrvScanDecodedData record = {};
-        record.String.pValue = &input[0];
-        record.String.nLength = input.size();
-        EXPECT_EQ(profile.Edit(&record), kOk);
-        EXPECT_EQ(std::string(record.String.pValue, record.String.nLength), row.pszExpected);
-    }
-}
-
 namespace {
 
 // A command with literal parameters, as the parser would build it.
