@@ -154,21 +154,15 @@ escapes)
     input 'a\\\\b\\r\\n\\t\\x00\\x7f\\xff\\x41\n'
     expect "escapes are decoded and shown canonically" 0 'a\\b\r\n\t\x00\x7F\xFFA' '' -e '{DecodedData()}'
     # All 256 byte values: decoding then showing gives back the same line.
-    line='' i=0
-    while [ $i -lt 256 ]; do
-        case $i in
-        9) line="$line\\t" ;; 10) line="$line\\n" ;; 13) line="$line\\r" ;; 92) line="$line\\\\" ;;
-        *)
-            if [ $i -ge 32 ] && [ $i -lt 127 ]; then
-                # shellcheck disable=SC2059
-                line="$line$(printf "\\$(printf '%03o' $i)")"
-            else
-                line="$line$(printf '\\x%02X' $i)"
-            fi
-            ;;
-        esac
-        i=$((i + 1))
-    done
+    line=$(awk 'BEGIN {
+        for (i = 0; i < 256; i++) {
+            if (i == 9) s = s "\\t"; else if (i == 10) s = s "\\n"; else if (i == 13) s = s "\\r"
+            else if (i == 92) s = s "\\\\"
+            else if (i >= 32 && i < 127) s = s sprintf("%c", i)
+            else s = s sprintf("\\x%02X", i)
+        }
+        print s
+    }')
     printf '%s\n' "$line" >"$WORK/in"
     expect "every byte round-trips through -e" 0 "$line" '' -e '{DecodedData()}'
     expect "every byte as an argument" 0 "$line" '' -e '{DecodedData()}' "$line"
