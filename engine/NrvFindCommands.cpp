@@ -118,10 +118,18 @@ int CNrvOperationFindLastFromIndex::FindIndex(CNrvOperationResult& OriginalStrin
 
     const char* pszText = SearchableText(OriginalString);
     const char* pszSearch = SearchableText(SearchString);
-    for (int32_t i = nFrom; i >= 0; --i) {
-        const char* pszFound = strstr(pszText + i, pszSearch);
-        if (pszFound != nullptr)
-            return static_cast<int>(pszFound - pszText);
+    const char* pszFound = strstr(pszText + nFrom, pszSearch);
+    if (pszFound != nullptr)
+        return static_cast<int>(pszFound - pszText);
+    // Nothing at or after the start, so a forward search from any earlier i
+    // can only succeed exactly at i: testing each i for a match there gives
+    // the same answer in time proportional to the text times the search text,
+    // instead of the square of the text. strncmp stops at a zero byte of the
+    // text, as strstr would.
+    const size_t nSearch = strlen(pszSearch);
+    for (int32_t i = nFrom - 1; i >= 0; --i) {
+        if (strncmp(pszText + i, pszSearch, nSearch) == 0)
+            return i;
     }
     return kNrvIndexNotFound;
 }
