@@ -6,20 +6,11 @@
 
 namespace {
 
-// A record's text, never null: an empty text when the record has none.
-const char* TextOf(CNrvOperationResult& value)
-{
-    const char* pszText = value.GetResultString();
-    return pszText != nullptr ? pszText : "";
-}
-
 // Rewrites each byte below 0x80 through pConvert. Bytes from 0x80 up may be
 // pieces of multi-byte characters and are copied as they are; they are also
 // outside what toupper/tolower are defined for when read as signed chars.
-NRVRESULT WriteConvertedCase(CNrvOperationResult& Text, int (*pConvert)(int), CNrvOperationResult& Result)
+NRVRESULT WriteConvertedCase(const char* pszText, size_t nLength, int (*pConvert)(int), CNrvOperationResult& Result)
 {
-    const char* pszText = TextOf(Text);
-    const size_t nLength = Text.GetResultStringLength();
     // Held by a smart pointer so that it is released if WriteResult throws.
     std::unique_ptr<char[]> pszResult(new char[nLength + 1]);
     for (size_t i = 0; i < nLength; ++i) {
@@ -59,7 +50,7 @@ NRVRESULT CNrvOperationMakeUpperCase::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(&Text, 1);
     if (result < 0)
         return result;
-    return WriteConvertedCase(Text, ToUpper, Result);
+    return WriteConvertedCase(TextOf(Text), Text.GetResultStringLength(), ToUpper, Result);
 }
 
 bool CNrvOperationMakeLowerCase::CheckIfParametersAreCorrect() const
@@ -73,7 +64,7 @@ NRVRESULT CNrvOperationMakeLowerCase::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(&Text, 1);
     if (result < 0)
         return result;
-    return WriteConvertedCase(Text, ToLower, Result);
+    return WriteConvertedCase(TextOf(Text), Text.GetResultStringLength(), ToLower, Result);
 }
 
 bool CNrvOperationReplaceNonPrintableCharacters::CheckIfParametersAreCorrect() const

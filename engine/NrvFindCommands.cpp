@@ -22,14 +22,6 @@ int32_t AsInt32(size_t nValue)
     return static_cast<int32_t>(static_cast<uint32_t>(nValue));
 }
 
-// The searches run over the zero-terminated text, so they stop at its first
-// zero byte; a record without text searches as the empty text.
-const char* SearchableText(CNrvOperationResult& Record)
-{
-    const char* pszText = Record.GetResultString();
-    return pszText != nullptr ? pszText : "";
-}
-
 }  // namespace
 
 bool CNrvOperationFindFirstFromIndex::CheckIfParametersAreCorrect() const
@@ -50,7 +42,7 @@ NRVRESULT CNrvOperationFindFirstFromIndex::Run(CNrvOperationResult& Result) cons
         Result.SetResult(kNrvIndexNotFound);
         return result;
     }
-    const char* pszText = SearchableText(parameters[0]);
+    const char* pszText = TextOf(parameters[0]);
     const char* pszSearchFrom = pszText;
     if (nStart != kNrvSizeIndexNone) {
         // Tested against the recorded length, which may run past a zero byte.
@@ -58,7 +50,7 @@ NRVRESULT CNrvOperationFindFirstFromIndex::Run(CNrvOperationResult& Result) cons
             return NRV_ERR_OUT_OF_RANGE;
         pszSearchFrom = pszText + nStart;
     }
-    const char* pszFound = strstr(pszSearchFrom, SearchableText(parameters[2]));
+    const char* pszFound = strstr(pszSearchFrom, TextOf(parameters[2]));
     const int32_t nPosition = pszFound != nullptr ? static_cast<int32_t>(pszFound - pszText) : kNrvIndexNotFound;
     // The offset applies to "not found" too: -2 + k.
     Result.SetResult(AddAsInt32(nPosition, parameters[3].GetResultInteger()));
@@ -116,8 +108,8 @@ int CNrvOperationFindLastFromIndex::FindIndex(CNrvOperationResult& OriginalStrin
     if (nFrom < 0)
         return kNrvIndexNotFound;
 
-    const char* pszText = SearchableText(OriginalString);
-    const char* pszSearch = SearchableText(SearchString);
+    const char* pszText = TextOf(OriginalString);
+    const char* pszSearch = TextOf(SearchString);
     const char* pszFound = strstr(pszText + nFrom, pszSearch);
     if (pszFound != nullptr)
         return static_cast<int>(pszFound - pszText);

@@ -87,3 +87,9 @@ NRVRESULT CNrvOperation::RunParameters(CNrvOperationResult* pResults, size_t nCo
     }
     return result;
 }
+
+const char* CNrvOperation::TextOf(CNrvOperationResult& Value)
+{
+    const char* pszText = Value.GetResultString();
+    return pszText != nullptr ? pszText : "";
+}

@@ -76,6 +76,9 @@ protected:
     // Runs the parameters in order into pResults[0..nCount). Stops at the
     // first failure and returns it; otherwise the last parameter's code.
     NRVRESULT RunParameters(CNrvOperationResult* pResults, size_t nCount) const;
+    // A parameter's text, never null: a record without text reads as the
+    // empty text, so searches and copies never see a null pointer.
+    static const char* TextOf(CNrvOperationResult& Value);
 
     CNrvDataEditingProfile* m_pDataEditing;
     CNrvList m_OperationsList;

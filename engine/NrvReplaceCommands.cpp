@@ -3,17 +3,6 @@
 #include <cstring>
 #include <memory>
 
-namespace {
-
-// A record's text, never null: an empty text when the record has none.
-const char* TextOf(CNrvOperationResult& value)
-{
-    const char* pszText = value.GetResultString();
-    return pszText != nullptr ? pszText : "";
-}
-
-}  // namespace
-
 bool CNrvOperationReplace::CheckIfParametersAreCorrect() const
 {
     return CheckParameterKinds("SSS");

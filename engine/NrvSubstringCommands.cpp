@@ -4,13 +4,6 @@
 
 namespace {
 
-// A record's text, never null: an empty text when the record has none.
-const char* TextOf(CNrvOperationResult& value)
-{
-    const char* pszText = value.GetResultString();
-    return pszText != nullptr ? pszText : "";
-}
-
 // Both reserved index values stand for "not given" here.
 bool IsReservedIndex(size_t nIndex)
 {
