@@ -1,1 +1,884 @@
+// Robustness: an allocation failure at every allocation of a parse and an
+// edit, and hostile expressions and scans. Every case checks that the engine
+// answers with a result code (never a crash), that a failed Edit leaves the
+// record as it was, and that a successful one hands back a zero-terminated
+// buffer of the length it reports. Leaks and stray reads are the
+// sanitizers' to find; the allocation test also counts live allocations, so
+// it catches leaks in a plain build too.
 #include <gtest/gtest.h>
+
+#include <climits>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "NrvDataEditingProfile.h"
+#include "NrvParsingString.h"
+#include "NrvScanTypes.h"
+
+#if defined(__SANITIZE_ADDRESS__)
+#define NRV_TEST_ASAN 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define NRV_TEST_ASAN 1
+#endif
+#endif
+#ifdef NRV_TEST_ASAN
+#include <sanitizer/asan_interface.h>
+#endif
+
+// ---------------------------------------------------------------------------
+// Replaced global allocation functions. They affect the whole test binary, so
+// they stay inert (a plain malloc) unless a test arms the failure countdown.
+// Each block carries a 16-byte header with its size and its form (scalar or
+// array), so that the new/delete pairing that the sanitizer can no longer see
+// through the replacement is still checked here; under AddressSanitizer the
+// header is poisoned, so an underflow into it is still reported.
+// ---------------------------------------------------------------------------
+namespace {
+
+enum : uint32_t { kFormScalar = 0x5ca1a7u, kFormArray = 0xa77a7u };
+struct alignas(16) TBlockHeader {
+    size_t nSize;
+    uint32_t nForm;
+    uint32_t nMagic;
+};
+static_assert(sizeof(TBlockHeader) == 16, "the header keeps the block aligned");
+constexpr uint32_t kBlockMagic = 0x4e52564du;
+
+// -1: inert. n >= 0: the allocation after n more succeed throws, once.
+long long g_nAllocationsBeforeFailure = -1;
+long long g_nLiveAllocations = 0;
+
+void* AllocateBlock(size_t nSize, uint32_t nForm)
+{
+    if (g_nAllocationsBeforeFailure == 0) {
+        g_nAllocationsBeforeFailure = -1;
+        throw std::bad_alloc();
+    }
+    if (g_nAllocationsBeforeFailure > 0)
+        --g_nAllocationsBeforeFailure;
+    void* pRaw = std::malloc(sizeof(TBlockHeader) + (nSize != 0 ? nSize : 1));
+    if (pRaw == nullptr)
+        throw std::bad_alloc();
+    TBlockHeader* pHeader = static_cast<TBlockHeader*>(pRaw);
+    pHeader->nSize = nSize;
+    pHeader->nForm = nForm;
+    pHeader->nMagic = kBlockMagic;
+#ifdef NRV_TEST_ASAN
+    __asan_poison_memory_region(pHeader, sizeof(TBlockHeader));
+#endif
+    ++g_nLiveAllocations;
+    return pHeader + 1;
+}
+
+[[noreturn]] void BadRelease(const char* pszWhat, const void* p)
+{
+    std::fprintf(stderr, "allocation check: %s (block %p)\n", pszWhat, p);
+    std::abort();
+}
+
+void ReleaseBlock(void* p, uint32_t nForm, size_t nSize, bool bSized) noexcept
+{
+    if (p == nullptr)
+        return;
+    TBlockHeader* pHeader = static_cast<TBlockHeader*>(p) - 1;
+#ifdef NRV_TEST_ASAN
+    __asan_unpoison_memory_region(pHeader, sizeof(TBlockHeader));
+#endif
+    if (pHeader->nMagic != kBlockMagic)
+        BadRelease("released a block that operator new did not make", p);
+    if (pHeader->nForm != nForm)
+        BadRelease(nForm == kFormArray ? "delete[] of a block made by new" : "delete of a block made by new[]", p);
+    if (bSized && pHeader->nSize != nSize)
+        BadRelease("sized delete with a size other than the allocation's", p);
+    pHeader->nMagic = 0;
+    --g_nLiveAllocations;
+    std::free(pHeader);
+}
+
+// Arms the countdown so that the n-th allocation from now (n >= 1) throws.
+void FailAllocation(long long n)
+{
+    g_nAllocationsBeforeFailure = n - 1;
+}
+
+// Disarms; true when the armed failure was thrown.
+bool DisarmAllocationFailure()
+{
+    const bool bThrown = g_nAllocationsBeforeFailure < 0;
+    g_nAllocationsBeforeFailure = -1;
+    return bThrown;
+}
+
+}  // namespace
+
+void* operator new(size_t nSize)
+{
+    return AllocateBlock(nSize, kFormScalar);
+}
+void* operator new[](size_t nSize)
+{
+    return AllocateBlock(nSize, kFormArray);
+}
+void* operator new(size_t nSize, const std::nothrow_t&) noexcept
+{
+    try {
+        return AllocateBlock(nSize, kFormScalar);
+    } catch (...) {
+        return nullptr;
+    }
+}
+void* operator new[](size_t nSize, const std::nothrow_t&) noexcept
+{
+    try {
+        return AllocateBlock(nSize, kFormArray);
+    } catch (...) {
+        return nullptr;
+    }
+}
+void operator delete(void* p) noexcept
+{
+    ReleaseBlock(p, kFormScalar, 0, false);
+}
+void operator delete[](void* p) noexcept
+{
+    ReleaseBlock(p, kFormArray, 0, false);
+}
+void operator delete(void* p, size_t nSize) noexcept
+{
+    ReleaseBlock(p, kFormScalar, nSize, true);
+}
+void operator delete[](void* p, size_t nSize) noexcept
+{
+    ReleaseBlock(p, kFormArray, nSize, true);
+}
+void operator delete(void* p, const std::nothrow_t&) noexcept
+{
+    ReleaseBlock(p, kFormScalar, 0, false);
+}
+void operator delete[](void* p, const std::nothrow_t&) noexcept
+{
+    ReleaseBlock(p, kFormArray, 0, false);
+}
+
+namespace {
+
+// ---------------------------------------------------------------------------
+// Helpers
+// ---------------------------------------------------------------------------
+
+std::string Repeat(const std::string& piece, size_t nTimes)
+{
+    std::string text;
+    text.reserve(piece.size() * nTimes);
+    for (size_t i = 0; i < nTimes; ++i)
+        text += piece;
+    return text;
+}
+
+std::string Bytes(size_t nLength, int (*pfnByte)(size_t))
+{
+    std::string text(nLength, '\0');
+    for (size_t i = 0; i < nLength; ++i)
+        text[i] = static_cast<char>(pfnByte(i));
+    return text;
+}
+
+// `Cmd(x)` nested nDepth times around the innermost text.
+std::string Nest(const std::string& command, size_t nDepth, const std::string& innermost)
+{
+    return Repeat("{" + command + "(", nDepth) + innermost + Repeat(")}", nDepth);
+}
+
+struct TOutcome {
+    NRVRESULT parse;
+    NRVRESULT edit;
+    std::string text;  // the edited bytes when edit >= 0
+};
+
+// Edits one scan and checks what every edit must keep: a failed Edit leaves
+// the record as it was; a successful one (not merely untriggered) gives a
+// buffer of the reported length followed by a zero byte.
+NRVRESULT EditChecked(CNrvDataEditingProfile& profile, const std::string& scan, std::string* pText, bool bNullWhenEmpty)
+{
+    std::vector<char> input(scan.begin(), scan.end());
+    char* const pInput = (bNullWhenEmpty && input.empty()) ? nullptr : input.data();
+    TNrvScanDecodedData record = {kNrvScanSymbologyCode128, {0, nullptr}, {input.size(), pInput}};
+    const NRVRESULT result = profile.Edit(&record);
+    if (result < 0 || result == NRV_OK_NOT_TRIGGERED) {
+        EXPECT_EQ(record.String.pValue, pInput);
+        EXPECT_EQ(record.String.nLength, input.size());
+        EXPECT_EQ(std::string(input.begin(), input.end()), scan) << "the caller's bytes were written";
+        pText->clear();
+        return result;
+    }
+    EXPECT_TRUE(record.String.pValue != nullptr);
+    if (record.String.pValue == nullptr)
+        return result;
+    EXPECT_EQ(record.String.pValue[record.String.nLength], '\0');
+    pText->assign(record.String.pValue, record.String.nLength);
+    return result;
+}
+
+TOutcome EditOnce(const std::string& expression, const std::string& scan, bool bNullWhenEmpty = false)
+{
+    CNrvDataEditingProfile profile;
+    TOutcome outcome = {profile.Parse(expression.c_str()), 0, std::string()};
+    outcome.edit = EditChecked(profile, scan, &outcome.text, bNullWhenEmpty);
+    if (outcome.parse < 0) {
+        EXPECT_EQ(outcome.edit, outcome.parse) << "Edit after a failed Parse returns its code";
+    } else {
+        // A parsed tree is not changed by a run: the same scan edits the same way.
+        std::string again;
+        EXPECT_EQ(EditChecked(profile, scan, &again, bNullWhenEmpty), outcome.edit);
+        EXPECT_EQ(again, outcome.text);
+    }
+    return outcome;
+}
+
+constexpr size_t kMegabyte = 1024 * 1024;
+// Any code the engine answers with that is not one of these is a fault.
+constexpr NRVRESULT kAnyCode = 1000;
+
+int ByteLetter(size_t)
+{
+    return 'a';
+}
+int ByteZero(size_t)
+{
+    return 0;
+}
+int ByteHigh(size_t i)
+{
+    return 0x80 + static_cast<int>(i % 0x80);
+}
+int ByteAny(size_t i)
+{
+    return static_cast<int>((i * 7 + 3) % 256);
+}
+
+std::string Int(long long n)
+{
+    return std::to_string(n);
+}
+
+// ---------------------------------------------------------------------------
+// Allocation failure
+// ---------------------------------------------------------------------------
+
+struct TAllocationCase {
+    const char* pszExpression;
+    const char* pszScan;
+    const char* pszLongerScan;  // for the second edit, so that buffers must grow
+};
+
+const TAllocationCase kAllocationCases[] = {
+    {"Code: {TruncateFromBeginning({DecodedData()},2)}", "AB1234", "AB123456789012345678901234567890"},
+    {"{MakeUpperCase({Substring({DecodedData()},{FindFirstFromIndex({DecodedData()},-1,-,1)},-1)})}|"
+     "{MakeLowerCase({TruncateBeforeIndex({DecodedData()},{FindLastFromIndex({DecodedData()},-1,-,0)},1)})}",
+     "ab-cd-EF", "ab-cd-EF-gh-ij-kl-mn-op-qr-st-uv-wx-YZ"},
+    {"{Replace({DecodedData()},-,+)}{Substitute({DecodedData()},-c,<>)}{TruncateFromEnd({DecodedData()},1)}",
+     "ab-cd-ef", "ab-cd-ef-ab-cd-ef-ab-cd-ef-ab-cd-ef-ab-cd-ef"},
+    {"{InsertAfterIndex({DecodedDataWithoutTrailer()},1,{EscapeCharacter(2D3e)})}"
+     "{InsertBeforeIndex({DecodedData()},-1,x)}{TruncateAfterIndex({DecodedData()},3,-1)}",
+     "12345\r\n", "1234567890123456789012345678901234567890\r\n"},
+    {"[{Extract({DecodedData()},<,>)}] {ReplaceNonPrintableCharacters({DecodedData()},?)} 0042",
+     "x<in\x01side>y", "xx<in\x01si\x1d\x1e" "de and more inside>yy\x80\xff"},
+    // Failing parses and edits allocate before they fail, and must not leak then either.
+    {"{TruncateFromEnd({DecodedData()},2)}{MakeUpperCase({NoSuchCommand()})}", "abc", "abcdef"},
+    {"{TruncateFromBeginning({DecodedData()},99)}{DecodedData()}", "abc", "abcdefghij"},
+};
+
+void Trace(bool, const char* pszLine, void* pContext)
+{
+    *static_cast<size_t*>(pContext) += std::strlen(pszLine);
+}
+
+// For n = 1, 2, ...: the n-th allocation of a Parse and an Edit on a fresh
+// profile throws. The exception must reach the caller, the record must be
+// untouched, nothing may leak, and the same profile must then parse and edit
+// as if nothing had happened. The same again for an Edit on a profile that
+// has already edited a scan. Ends when an n is reached that no allocation sees.
+void CheckEveryAllocationFailure(const TAllocationCase& row)
+{
+    const std::string expression = row.pszExpression;
+    const std::string scan = row.pszScan;
+    const std::string longerScan = row.pszLongerScan;
+
+    const TOutcome reference = EditOnce(expression, scan);
+    const TOutcome longerReference = EditOnce(expression, longerScan);
+
+    // Phase 1: Parse, then Edit, on a fresh profile.
+    bool bDone = false;
+    long long n = 1;
+    for (; !bDone && n < 100000; ++n) {
+        const long long nLiveBefore = g_nLiveAllocations;
+        {
+            CNrvDataEditingProfile profile;
+            std::vector<char> input(scan.begin(), scan.end());
+            TNrvScanDecodedData record = {kNrvScanSymbologyCode128, {0, nullptr}, {input.size(), input.data()}};
+            NRVRESULT parse = 0, edit = 0;
+            bool bParsed = false, bCaught = false;
+            FailAllocation(n);
+            try {
+                parse = profile.Parse(expression.c_str());
+                bParsed = true;
+                edit = profile.Edit(&record);
+            } catch (const std::bad_alloc&) {
+                bCaught = true;
+            }
+            const bool bThrown = DisarmAllocationFailure();
+            ASSERT_EQ(bCaught, bThrown) << "allocation " << n << ": the failure did not reach the caller";
+            if (!bThrown) {
+                bDone = true;  // fewer than n allocations: nothing more to fail
+                EXPECT_EQ(parse, reference.parse);
+                EXPECT_EQ(edit, reference.edit);
+            } else if (bParsed) {
+                EXPECT_EQ(record.String.pValue, input.data()) << "allocation " << n;
+                EXPECT_EQ(record.String.nLength, input.size()) << "allocation " << n;
+            }
+            // Still usable.
+            EXPECT_EQ(profile.Parse(expression.c_str()), reference.parse) << "allocation " << n;
+            std::string text;
+            EXPECT_EQ(EditChecked(profile, scan, &text, false), reference.edit) << "allocation " << n;
+            EXPECT_EQ(text, reference.text) << "allocation " << n;
+        }
+        EXPECT_EQ(g_nLiveAllocations, nLiveBefore) << "allocation " << n << ": blocks leaked";
+    }
+    EXPECT_TRUE(bDone);
+    EXPECT_GT(n, 10) << "a parse and an edit allocate more than that";
+
+    // Phase 2: a second Edit, of a longer scan, on a profile that has edited.
+    bDone = false;
+    for (n = 1; !bDone && n < 100000; ++n) {
+        const long long nLiveBefore = g_nLiveAllocations;
+        {
+            CNrvDataEditingProfile profile;
+            ASSERT_EQ(profile.Parse(expression.c_str()), reference.parse);
+            std::string text;
+            ASSERT_EQ(EditChecked(profile, scan, &text, false), reference.edit);
+            std::vector<char> input(longerScan.begin(), longerScan.end());
+            TNrvScanDecodedData record = {kNrvScanSymbologyCode128, {0, nullptr}, {input.size(), input.data()}};
+            NRVRESULT edit = 0;
+            bool bCaught = false;
+            FailAllocation(n);
+            try {
+                edit = profile.Edit(&record);
+            } catch (const std::bad_alloc&) {
+                bCaught = true;
+            }
+            const bool bThrown = DisarmAllocationFailure();
+            ASSERT_EQ(bCaught, bThrown) << "allocation " << n;
+            if (!bThrown) {
+                bDone = true;
+                EXPECT_EQ(edit, longerReference.edit);
+            } else {
+                EXPECT_EQ(record.String.pValue, input.data()) << "allocation " << n;
+                EXPECT_EQ(record.String.nLength, input.size()) << "allocation " << n;
+            }
+            EXPECT_EQ(EditChecked(profile, longerScan, &text, false), longerReference.edit) << "allocation " << n;
+            EXPECT_EQ(text, longerReference.text) << "allocation " << n;
+        }
+        EXPECT_EQ(g_nLiveAllocations, nLiveBefore) << "allocation " << n << ": blocks leaked";
+    }
+    EXPECT_TRUE(bDone);
+    if (longerReference.edit == NRV_OK) {
+        EXPECT_GT(n, 5) << "an edit allocates more than that";
+    }
+}
+
+TEST(RobustnessAllocation, EveryAllocationOfAParseAndAnEditMayFail)
+{
+    for (const TAllocationCase& row : kAllocationCases) {
+        SCOPED_TRACE(row.pszExpression);
+        CheckEveryAllocationFailure(row);
+    }
+}
+
+TEST(RobustnessAllocation, FailuresWhileTracingAreHandledToo)
+{
+    // With a trace sink installed the parser formats every line, and each
+    // line is one more allocation that may fail.
+    size_t nTraced = 0;
+    CNrvParsingString::SetTraceCallback(&Trace, &nTraced);
+    CheckEveryAllocationFailure(kAllocationCases[1]);
+    CheckEveryAllocationFailure(kAllocationCases[5]);
+    CNrvParsingString::SetTraceCallback(nullptr, nullptr);
+    EXPECT_GT(nTraced, 0u);
+}
+
+TEST(RobustnessAllocation, TheReplacedAllocatorCountsAndFails)
+{
+    // The harness itself: an armed countdown throws exactly once, at the
+    // n-th allocation, and live blocks are counted. Direct calls, because a
+    // compiler may leave out the allocation of a new-expression it can see
+    // the matching delete of.
+    const long long nLive = g_nLiveAllocations;
+    void* p1 = ::operator new[](3);
+    EXPECT_EQ(g_nLiveAllocations, nLive + 1);
+    FailAllocation(2);
+    void* p2 = ::operator new(1);
+    EXPECT_THROW(::operator delete(::operator new(4)), std::bad_alloc);
+    EXPECT_TRUE(DisarmAllocationFailure());
+    void* p3 = ::operator new(4);
+    EXPECT_EQ(g_nLiveAllocations, nLive + 3);
+    ::operator delete(p3);
+    ::operator delete(p2);
+    ::operator delete[](p1);
+    EXPECT_EQ(g_nLiveAllocations, nLive);
+}
+
+// ---------------------------------------------------------------------------
+// Hostile expressions
+// ---------------------------------------------------------------------------
+
+struct THostileExpression {
+    const char* pszName;
+    std::string expression;
+    NRVRESULT parse;
+    NRVRESULT edit;
+    std::string text;  // checked when edit is NRV_OK
+};
+
+TEST(RobustnessHostile, HugeAndDeepExpressions)
+{
+    const std::string scan = "xy";
+    const std::string megaLetters(kMegabyte, 'a');
+    // Every byte but zero and the opening delimiter.
+    const std::string megaBytes = Bytes(kMegabyte, [](size_t i) {
+        const int nByte = 1 + static_cast<int>(i % 254);
+        return nByte >= '{' ? nByte + 1 : nByte;
+    });
+    const std::string oneDeep = "{MakeUpperCase(";
+    const THostileExpression rows[] = {
+        {"1 MB literal", megaLetters, NRV_OK, NRV_OK, megaLetters},
+        {"1 MB of other bytes as a literal", megaBytes, NRV_OK, NRV_OK, megaBytes},
+        {"1 MB of opening delimiters", std::string(kMegabyte, '{'), NRV_ERR_SYNTAX, NRV_ERR_SYNTAX, ""},
+        {"1 MB of closing delimiters", std::string(kMegabyte, '}'), NRV_OK, NRV_OK, std::string(kMegabyte, '}')},
+        {"1 MB of commas and parentheses", Repeat(",()", kMegabyte / 3), NRV_OK, NRV_OK, Repeat(",()", kMegabyte / 3)},
+        {"80,000 commands side by side", Repeat("{DecodedData}", 80000), NRV_OK, NRV_OK, Repeat(scan, 80000)},
+        {"1 MB command name", "{" + megaLetters + "}", NRV_ERR_UNKNOWN_COMMAND, NRV_ERR_UNKNOWN_COMMAND, ""},
+        {"1 MB parameter", "{MakeUpperCase(" + megaLetters + ")}", NRV_OK, NRV_OK, std::string(kMegabyte, 'A')},
+        {"1 MB of spaces as parameters", "{DecodedData(" + std::string(kMegabyte, ' ') + ")}",
+         NRV_ERR_INVALID_PARAMETER, NRV_ERR_INVALID_PARAMETER, ""},
+        {"unbalanced parentheses", "{DecodedData(" + std::string(kMegabyte, '(') + "}", NRV_ERR_PARAMETER_COUNT,
+         NRV_ERR_PARAMETER_COUNT, ""},
+        {"100,000 nested empty delimiters", std::string(100000, '{') + std::string(100000, '}'),
+         NRV_ERR_UNKNOWN_COMMAND, NRV_ERR_UNKNOWN_COMMAND, ""},
+        {"nesting at the bound", Nest("MakeUpperCase", 100, "x"), NRV_OK, NRV_OK, "X"},
+        {"nesting one beyond the bound", Nest("MakeUpperCase", 101, "x"), NRV_ERR_SYNTAX, NRV_ERR_SYNTAX, ""},
+        {"nesting far beyond the bound", Nest("MakeUpperCase", 20000, "x"), NRV_ERR_SYNTAX, NRV_ERR_SYNTAX, ""},
+        {"deep nesting left open", Repeat(oneDeep, 20000) + "x", NRV_ERR_SYNTAX, NRV_ERR_SYNTAX, ""},
+        {"100,000 parameters", "{Replace(" + Repeat("a,", 99999) + "a)}", NRV_ERR_PARAMETER_COUNT,
+         NRV_ERR_PARAMETER_COUNT, ""},
+        {"100,000 empty parameters", "{DecodedData(" + std::string(99999, ',') + ")}", NRV_ERR_PARAMETER_COUNT,
+         NRV_ERR_PARAMETER_COUNT, ""},
+        {"100,000 command parameters", "{Substring(" + Repeat("{DecodedData},", 99999) + "{DecodedData})}",
+         NRV_ERR_PARAMETER_COUNT, NRV_ERR_PARAMETER_COUNT, ""},
+        {"100,000 commas inside a nested command", "{MakeUpperCase({Replace(" + std::string(99999, ',') + ")})}",
+         NRV_ERR_PARAMETER_COUNT, NRV_ERR_PARAMETER_COUNT, ""},
+        {"1 MB integer literal out of range", "{TruncateFromBeginning(abc," + std::string(kMegabyte, '9') + ")}",
+         NRV_ERR_INVALID_PARAMETER, NRV_ERR_INVALID_PARAMETER, ""},
+        {"1 MB integer literal of leading zeros", "{TruncateFromBeginning(abc," + std::string(kMegabyte, '0') + "1)}",
+         NRV_OK, NRV_OK, "bc"},
+        {"1 MB parameter text for a find", "{FindFirstFromIndex(" + megaLetters + "b,-1,b,0)}", NRV_OK, NRV_OK,
+         Int(static_cast<long long>(kMegabyte))},
+    };
+    for (const THostileExpression& row : rows) {
+        SCOPED_TRACE(row.pszName);
+        const TOutcome outcome = EditOnce(row.expression, scan);
+        EXPECT_EQ(outcome.parse, row.parse);
+        EXPECT_EQ(outcome.edit, row.edit);
+        if (row.edit == NRV_OK && outcome.edit == NRV_OK) {
+            EXPECT_TRUE(outcome.text == row.text) << "got " << outcome.text.size() << " bytes";
+        }
+    }
+}
+
+TEST(RobustnessHostile, AFailedParseLeavesTheProfileUsable)
+{
+    CNrvDataEditingProfile profile;
+    const std::string bad[] = {std::string(kMegabyte, '{'), Nest("MakeUpperCase", 101, "x"),
+                               "{Replace(" + Repeat("a,", 99999) + "a)}", "{TruncateFromEnd({NoSuch()},1)}"};
+    for (const std::string& expression : bad) {
+        EXPECT_LT(profile.Parse(expression.c_str()), 0);
+        ASSERT_EQ(profile.Parse("<{DecodedData}>"), NRV_OK);
+        std::string text;
+        EXPECT_EQ(EditChecked(profile, "abc", &text, false), NRV_OK);
+        EXPECT_EQ(text, "<abc>");
+    }
+}
+
+// ---------------------------------------------------------------------------
+// Hostile scans: every command over 0 bytes, 1 MB, zero bytes and high bytes
+// ---------------------------------------------------------------------------
+
+struct TCommandUse {
+    const char* pszExpression;  // over {DecodedData()}
+    // Largest edited length for a scan of n bytes (a bound, not the result).
+    size_t (*pfnBound)(size_t);
+    bool bMayRefuse;  // -43 is a legitimate answer for some scans
+};
+
+size_t Same(size_t n)
+{
+    return n;
+}
+size_t PlusSmall(size_t n)
+{
+    return n + 16;
+}
+size_t Double(size_t n)
+{
+    return 2 * n + 16;
+}
+size_t Digits(size_t)
+{
+    return 11;
+}
+
+const TCommandUse kEveryCommand[] = {
+    {"{DecodedData()}", &Same, false},
+    {"{DecodedDataWithoutTrailer()}", &Same, false},
+    {"{TruncateFromBeginning({DecodedData()},1)}", &Same, true},
+    {"{TruncateFromEnd({DecodedData()},-2)}", &Same, true},
+    {"{Replace({DecodedData()},a,bb)}", &PlusSmall, true},
+    {"{Replace({DecodedData()},{TruncateFromEnd({DecodedData()},1)},x)}", &PlusSmall, true},
+    {"{Substitute({DecodedData()},a,bb)}", &Double, false},
+    {"{Substitute({DecodedData()},{EscapeCharacter(00)},.)}", &Same, false},
+    {"{EscapeCharacter({DecodedData()})}", &Same, true},
+    {"{InsertAfterIndex({DecodedData()},-1,<>)}", &PlusSmall, false},
+    {"{InsertBeforeIndex({DecodedData()},-1,<>)}", &PlusSmall, true},
+    {"{InsertBeforeIndex({DecodedData()},0,{DecodedData()})}", &Double, true},
+    {"{FindFirstFromIndex({DecodedData()},-1,x,0)}", &Digits, false},
+    {"{FindFirstFromIndex({DecodedData()},0,{DecodedData()},-1)}", &Digits, true},
+    {"{FindLastFromIndex({DecodedData()},-1,{Substring({DecodedData()},0,1)},0)}", &Digits, false},
+    {"{FindLastFromIndex({DecodedData()},0,a,0)}", &Digits, true},
+    {"{MakeUpperCase({DecodedData()})}", &Same, false},
+    {"{MakeLowerCase({DecodedData()})}", &Same, false},
+    {"{ReplaceNonPrintableCharacters({DecodedData()},.)}", &Same, false},
+    {"{ReplaceNonPrintableCharacters({DecodedData()},<>)}", &Double, false},
+    {"{TruncateAfterIndex({DecodedData()},{FindFirstFromIndex({DecodedData()},-1,a,0)},1)}", &Same, false},
+    {"{TruncateBeforeIndex({DecodedData()},{FindLastFromIndex({DecodedData()},-1,{Substring({DecodedData()},1,2)},0)},0)}",
+     &Same, false},
+    {"{Substring({DecodedData()},1,-1)}", &Same, false},
+    {"{Extract({DecodedData()},a,a)}", &Same, true},
+    {"{Extract({DecodedData()},{EscapeCharacter(00)},{EscapeCharacter(FF)})}", &Same, true},
+};
+
+TEST(RobustnessHostile, EveryCommandOverHostileScans)
+{
+    struct TScan {
+        const char* pszName;
+        std::string bytes;
+        bool bNullPointer;
+    };
+    const TScan scans[] = {
+        {"0 bytes, null pointer", std::string(), true},
+        {"0 bytes", std::string(), false},
+        {"1 MB of letters", Bytes(kMegabyte, &ByteLetter), false},
+        {"1 MB of zero bytes", Bytes(kMegabyte, &ByteZero), false},
+        {"1 MB from 0x80 up", Bytes(kMegabyte, &ByteHigh), false},
+        {"64 kB of every byte", Bytes(64 * 1024, &ByteAny), false},
+        {"one zero byte", std::string(1, '\0'), false},
+        {"one 0xFF byte", std::string(1, '\xff'), false},
+    };
+    for (const TCommandUse& use : kEveryCommand) {
+        for (const TScan& scan : scans) {
+            SCOPED_TRACE(std::string(use.pszExpression) + " over " + scan.pszName);
+            const TOutcome outcome = EditOnce(use.pszExpression, scan.bytes, scan.bNullPointer);
+            ASSERT_EQ(outcome.parse, NRV_OK);
+            if (use.bMayRefuse && outcome.edit == NRV_ERR_OUT_OF_RANGE)
+                continue;
+            ASSERT_EQ(outcome.edit, NRV_OK);
+            EXPECT_LE(outcome.text.size(), use.pfnBound(scan.bytes.size()));
+        }
+    }
+}
+
+// FindLastFromIndex steps back one byte at a time and searches forwards to
+// the end of the text from each step, so a search text that does not occur
+// costs time quadratic in the text's length: about ten seconds for 1 MB in
+// an optimised build, far more under the sanitizers. Disabled until the
+// backward search stops rescanning the text (run it with
+// --gtest_also_run_disabled_tests).
+TEST(RobustnessHostile, DISABLED_FindLastWithoutAMatchInAMegabyte)
+{
+    const std::string letters = Bytes(kMegabyte, &ByteLetter);
+    const struct {
+        const char* pszExpression;
+        std::string text;
+    } rows[] = {
+        {"{FindLastFromIndex({DecodedData()},-1,x,0)}", "-2"},
+        {"{FindLastFromIndex({DecodedData()},1048570,x,3)}", "1"},
+        {"{TruncateBeforeIndex({DecodedData()},{FindLastFromIndex({DecodedData()},-1,b,1)},0)}", letters},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.pszExpression);
+        const TOutcome outcome = EditOnce(row.pszExpression, letters);
+        EXPECT_EQ(outcome.edit, NRV_OK);
+        EXPECT_TRUE(outcome.text == row.text);
+    }
+}
+
+TEST(RobustnessHostile, ScansThatAreNotText)
+{
+    const std::string zeros = Bytes(kMegabyte, &ByteZero);
+    const std::string high = Bytes(kMegabyte, &ByteHigh);
+    const std::string mixed = std::string("12\0" "34\x80\xff", 7) + "\r\n";
+    struct TRow {
+        const char* pszExpression;
+        std::string scan;
+        NRVRESULT edit;
+        std::string text;
+    };
+    const TRow rows[] = {
+        // Zero bytes travel through the engine like any other byte.
+        {"{DecodedData()}", zeros, NRV_OK, zeros},
+        {"<{DecodedData()}>", mixed, NRV_OK, "<" + mixed + ">"},
+        {"{MakeUpperCase({DecodedData()})}", zeros, NRV_OK, zeros},
+        {"{MakeLowerCase({DecodedData()})}", high, NRV_OK, high},
+        {"{MakeUpperCase({DecodedData()})}", high, NRV_OK, high},
+        {"{TruncateFromBeginning({DecodedData()},1)}", zeros, NRV_OK, zeros.substr(1)},
+        {"{TruncateFromEnd({DecodedData()},1)}", high, NRV_OK, high.substr(0, kMegabyte - 1)},
+        {"{Substring({DecodedData()},3,7)}", mixed, NRV_OK, mixed.substr(3, 4)},
+        {"{TruncateAfterIndex({DecodedData()},5,0)}", mixed, NRV_OK, mixed.substr(0, 5)},
+        {"{TruncateBeforeIndex({DecodedData()},2,0)}", mixed, NRV_OK, mixed.substr(2)},
+        {"{InsertAfterIndex({DecodedData()},2,-)}", mixed, NRV_OK, mixed.substr(0, 3) + "-" + mixed.substr(3)},
+        // Both ends of the non-printable range: bytes below 0x20 and from 0x80 up.
+        {"{DecodedDataWithoutTrailer()}", zeros, NRV_OK, ""},
+        {"{DecodedDataWithoutTrailer()}", high, NRV_OK, ""},
+        {"{DecodedDataWithoutTrailer()}", mixed, NRV_OK, std::string("12\0" "34", 5)},
+        {"{ReplaceNonPrintableCharacters({DecodedData()},)}", high, NRV_OK, ""},
+        {"{ReplaceNonPrintableCharacters({DecodedData()},.)}", mixed, NRV_OK, "12.34...."},
+        {"{ReplaceNonPrintableCharacters({DecodedData()},.)}", zeros, NRV_OK, std::string(kMegabyte, '.')},
+        // Searches stop at the first zero byte; lengths do not.
+        {"{FindFirstFromIndex({DecodedData()},-1,4,0)}", mixed, NRV_OK, "-2"},
+        {"{FindFirstFromIndex({DecodedData()},-1,2,0)}", mixed, NRV_OK, "1"},
+        {"{FindLastFromIndex({DecodedData()},-1,1,0)}", zeros, NRV_OK, "-2"},
+        {"{FindFirstFromIndex({DecodedData()},3,4,0)}", mixed, NRV_OK, "4"},
+    };
+    for (const TRow& row : rows) {
+        SCOPED_TRACE(row.pszExpression);
+        const TOutcome outcome = EditOnce(row.pszExpression, row.scan);
+        ASSERT_EQ(outcome.parse, NRV_OK);
+        EXPECT_EQ(outcome.edit, row.edit);
+        EXPECT_TRUE(outcome.text == row.text) << "got " << outcome.text.size() << " bytes";
+    }
+}
+
+TEST(RobustnessHostile, EditingTheProfilesOwnOutputAgain)
+{
+    // The record may come back pointing at the profile's own buffer.
+    CNrvDataEditingProfile profile;
+    ASSERT_EQ(profile.Parse("{DecodedData()}{TruncateFromEnd({DecodedData()},1)}"), NRV_OK);
+    std::string input = "ab";
+    TNrvScanDecodedData record = {kNrvScanSymbologyCode128, {0, nullptr}, {input.size(), &input[0]}};
+    std::string expected = input;
+    for (int i = 0; i < 12; ++i) {
+        ASSERT_EQ(profile.Edit(&record), NRV_OK);
+        expected += expected.substr(0, expected.size() - 1);
+    }
+    EXPECT_EQ(record.String.nLength, 4097u);  // 2n - 1 each time, from 2
+    EXPECT_EQ(record.String.pValue[record.String.nLength], '\0');
+    EXPECT_EQ(std::string(record.String.pValue, record.String.nLength), expected);
+}
+
+// ---------------------------------------------------------------------------
+// Empty texts and index edges for every command
+// ---------------------------------------------------------------------------
+
+TEST(RobustnessHostile, EveryCommandGivenEmptyTexts)
+{
+    // {DecodedData()} over a 0-byte scan is the empty text in every text
+    // position; a literal cannot be empty where a number is required.
+    const std::string e = "{DecodedData()}";
+    struct TRow {
+        std::string expression;
+        NRVRESULT edit;
+        std::string text;
+    };
+    const TRow rows[] = {
+        {e, NRV_OK, ""},
+        {"{DecodedDataWithoutTrailer()}", NRV_OK, ""},
+        {"{TruncateFromBeginning(" + e + ",0)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{TruncateFromEnd(" + e + ",-2)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{Replace(" + e + "," + e + "," + e + ")}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{Replace(abc," + e + ",x)}", NRV_OK, "xabc"},
+        {"{Replace(abc,b," + e + ")}", NRV_OK, "ac"},
+        {"{Substitute(" + e + "," + e + "," + e + ")}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{Substitute(" + e + ",a,b)}", NRV_OK, ""},
+        {"{Substitute(abc," + e + ",x)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{Substitute(abc,b," + e + ")}", NRV_OK, "ac"},
+        {"{EscapeCharacter(" + e + ")}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{InsertAfterIndex(" + e + ",-1," + e + ")}", NRV_OK, ""},
+        {"{InsertAfterIndex(" + e + ",-1,x)}", NRV_OK, "x"},
+        {"{InsertAfterIndex(" + e + ",0,x)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{InsertBeforeIndex(" + e + ",-1,x)}", kAnyCode, ""},
+        {"{InsertBeforeIndex(" + e + ",-2,x)}", NRV_OK, ""},
+        {"{InsertBeforeIndex(" + e + ",0,x)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{FindFirstFromIndex(" + e + ",-1," + e + ",0)}", kAnyCode, ""},
+        {"{FindFirstFromIndex(" + e + ",0,x,0)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{FindFirstFromIndex(" + e + ",-1,x,0)}", NRV_OK, "-2"},
+        {"{FindLastFromIndex(" + e + ",-1,x,0)}", NRV_OK, "-2"},
+        {"{FindLastFromIndex(" + e + ",-1," + e + ",0)}", NRV_OK, "-2"},
+        {"{FindLastFromIndex(" + e + ",0,x,0)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{MakeUpperCase(" + e + ")}", NRV_OK, ""},
+        {"{MakeLowerCase(" + e + ")}", NRV_OK, ""},
+        {"{ReplaceNonPrintableCharacters(" + e + "," + e + ")}", NRV_OK, ""},
+        {"{TruncateAfterIndex(" + e + ",0,0)}", NRV_OK, ""},
+        {"{TruncateBeforeIndex(" + e + ",0,0)}", NRV_OK, ""},
+        {"{TruncateAfterIndex(" + e + ",5,-9)}", NRV_OK, ""},
+        {"{Substring(" + e + ",-1,-1)}", NRV_OK, ""},
+        {"{Substring(" + e + ",5,2)}", NRV_OK, ""},
+        {"{Extract(" + e + ",a,b)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{Extract(abc," + e + ",b)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{Extract(abc,a," + e + ")}", NRV_ERR_OUT_OF_RANGE, ""},
+    };
+    for (const TRow& row : rows) {
+        SCOPED_TRACE(row.expression);
+        for (bool bNull : {true, false}) {
+            const TOutcome outcome = EditOnce(row.expression, std::string(), bNull);
+            ASSERT_EQ(outcome.parse, NRV_OK);
+            if (row.edit == kAnyCode) {
+                EXPECT_TRUE(outcome.edit == NRV_OK || outcome.edit == NRV_ERR_OUT_OF_RANGE) << outcome.edit;
+                EXPECT_LE(outcome.text.size(), 3u);
+                continue;
+            }
+            EXPECT_EQ(outcome.edit, row.edit);
+            EXPECT_EQ(outcome.text, row.text);
+        }
+    }
+}
+
+// The edges of the 32-bit index range, the reserved values and the text's
+// own edges, in every position that takes a number.
+const long long kIndexEdges[] = {INT_MIN, INT_MIN + 1LL, -3, -2, -1, 0, 1, 7, 8, 9, INT_MAX - 1LL, INT_MAX};
+
+TEST(RobustnessHostile, EveryIndexPositionAtTheEdgesOfTheRange)
+{
+    const std::string text = "AB-CD-EF";  // 8 bytes
+    // '#' stands for the value under test, '@' for 0.
+    const char* const uses[] = {
+        "{TruncateFromBeginning(AB-CD-EF,#)}",
+        "{TruncateFromEnd(AB-CD-EF,#)}",
+        "{InsertAfterIndex(AB-CD-EF,#,+)}",
+        "{InsertBeforeIndex(AB-CD-EF,#,+)}",
+        "{FindFirstFromIndex(AB-CD-EF,#,-,@)}",
+        "{FindFirstFromIndex(AB-CD-EF,-1,-,#)}",
+        "{FindFirstFromIndex(AB-CD-EF,-1,x,#)}",
+        "{FindLastFromIndex(AB-CD-EF,#,-,@)}",
+        "{FindLastFromIndex(AB-CD-EF,4,-,#)}",
+        "{FindLastFromIndex(AB-CD-EF,4,x,#)}",
+        "{TruncateAfterIndex(AB-CD-EF,#,@)}",
+        "{TruncateAfterIndex(AB-CD-EF,3,#)}",
+        "{TruncateAfterIndex(AB-CD-EF,#,#)}",
+        "{TruncateBeforeIndex(AB-CD-EF,#,@)}",
+        "{TruncateBeforeIndex(AB-CD-EF,3,#)}",
+        "{TruncateBeforeIndex(AB-CD-EF,#,#)}",
+        "{Substring(AB-CD-EF,#,@)}",
+        "{Substring(AB-CD-EF,@,#)}",
+        "{Substring(AB-CD-EF,#,#)}",
+        // The value as a text: it is written as it stands.
+        "{MakeLowerCase(#)}",
+        "{InsertAfterIndex(#,-1,#)}",
+        // And through a find command's result, offset included.
+        "{Substring(AB-CD-EF,{FindFirstFromIndex(AB-CD-EF,-1,x,#)},-1)}",
+        "{TruncateAfterIndex(AB-CD-EF,{FindFirstFromIndex(AB-CD-EF,-1,-,#)},#)}",
+        "{InsertBeforeIndex(AB-CD-EF,{FindLastFromIndex(AB-CD-EF,-1,x,#)},+)}",
+    };
+    for (const char* pszUse : uses) {
+        for (long long nValue : kIndexEdges) {
+            std::string expression = pszUse;
+            for (size_t at; (at = expression.find('#')) != std::string::npos;)
+                expression.replace(at, 1, Int(nValue));
+            for (size_t at; (at = expression.find('@')) != std::string::npos;)
+                expression.replace(at, 1, "0");
+            SCOPED_TRACE(expression);
+            const TOutcome outcome = EditOnce(expression, text);
+            ASSERT_EQ(outcome.parse, NRV_OK);
+            ASSERT_TRUE(outcome.edit == NRV_OK || outcome.edit == NRV_ERR_OUT_OF_RANGE) << outcome.edit;
+            EXPECT_LE(outcome.text.size(), 2 * 11 + text.size());
+        }
+    }
+}
+
+TEST(RobustnessHostile, IndexEdgesThatHaveAFixedAnswer)
+{
+    struct TRow {
+        std::string expression;
+        NRVRESULT edit;
+        std::string text;
+    };
+    const std::string min = Int(INT_MIN), max = Int(INT_MAX);
+    const TRow rows[] = {
+        // A negative count other than -2, or one not below the length, is refused.
+        {"{TruncateFromBeginning(AB-CD-EF," + min + ")}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{TruncateFromEnd(AB-CD-EF," + max + ")}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{TruncateFromEnd(AB-CD-EF,-1)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{TruncateFromBeginning(AB-CD-EF,-2)}", NRV_OK, "AB-CD-EF"},
+        {"{TruncateFromBeginning(AB-CD-EF,7)}", NRV_OK, "F"},
+        {"{TruncateFromBeginning(AB-CD-EF,8)}", NRV_ERR_OUT_OF_RANGE, ""},
+        // Insert: -1 is the last byte, -2 leaves the text, any other negative or too large index is refused.
+        {"{InsertAfterIndex(AB-CD-EF," + min + ",+)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{InsertBeforeIndex(AB-CD-EF," + max + ",+)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{InsertBeforeIndex(AB-CD-EF,-3,+)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{InsertAfterIndex(AB-CD-EF,8,+)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{InsertAfterIndex(AB-CD-EF,7,+)}", NRV_OK, "AB-CD-EF+"},
+        {"{InsertBeforeIndex(AB-CD-EF,-1,+)}", NRV_OK, "AB-CD-E+F"},
+        {"{InsertAfterIndex(AB-CD-EF,-2,+)}", NRV_OK, "AB-CD-EF"},
+        // Find: a start outside the text is refused; -2 is passed on without the offset.
+        {"{FindFirstFromIndex(AB-CD-EF," + min + ",-,0)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{FindLastFromIndex(AB-CD-EF," + max + ",-,0)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{FindFirstFromIndex(AB-CD-EF,-2,-," + max + ")}", NRV_OK, "-2"},
+        {"{FindLastFromIndex(AB-CD-EF,-1,-," + min + ")}", NRV_OK, "5"},
+        {"{FindFirstFromIndex(AB-CD-EF,0,-," + Int(INT_MAX - 2LL) + ")}", NRV_OK, max},
+        {"{FindFirstFromIndex(AB-CD-EF,0,x," + Int(INT_MIN + 2LL) + ")}", NRV_OK, min},
+        // Truncate at index: the position is index + offset in 64 bits, so no wrap-around.
+        {"{TruncateAfterIndex(AB-CD-EF," + min + ",0)}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{TruncateBeforeIndex(AB-CD-EF,-3," + max + ")}", NRV_ERR_OUT_OF_RANGE, ""},
+        {"{TruncateAfterIndex(AB-CD-EF," + max + "," + max + ")}", NRV_OK, "AB-CD-EF"},
+        {"{TruncateBeforeIndex(AB-CD-EF," + max + "," + max + ")}", NRV_OK, ""},
+        {"{TruncateAfterIndex(AB-CD-EF,3," + min + ")}", NRV_OK, "AB-CD-EF"},
+        {"{TruncateBeforeIndex(AB-CD-EF,3," + min + ")}", NRV_OK, ""},
+        {"{TruncateAfterIndex(AB-CD-EF,-1," + min + ")}", NRV_OK, "AB-CD-EF"},
+        // Substring clamps everything to the text.
+        {"{Substring(AB-CD-EF," + min + "," + max + ")}", NRV_OK, ""},
+        {"{Substring(AB-CD-EF,3," + max + ")}", NRV_OK, "CD-EF"},
+        {"{Substring(AB-CD-EF,3," + min + ")}", NRV_OK, "CD-EF"},
+        {"{Substring(AB-CD-EF," + max + ",-1)}", NRV_OK, ""},
+        {"{Substring(AB-CD-EF,-2,-1)}", NRV_OK, "AB-CD-EF"},
+        // Values as texts, written as they stand.
+        {"{MakeLowerCase(" + min + ")}", NRV_OK, min},
+        {"{TruncateFromEnd(" + max + ",1)}", NRV_OK, max.substr(0, max.size() - 1)},
+    };
+    for (const TRow& row : rows) {
+        SCOPED_TRACE(row.expression);
+        const TOutcome outcome = EditOnce(row.expression, "");
+        ASSERT_EQ(outcome.parse, NRV_OK);
+        EXPECT_EQ(outcome.edit, row.edit);
+        EXPECT_EQ(outcome.text, row.text);
+    }
+}
+
+TEST(RobustnessHostile, IntegerLiteralsJustOutsideTheRangeAreTexts)
+{
+    // One beyond either end of the 32-bit range is not a number, so it is
+    // refused where a number is required and kept as text elsewhere.
+    const char* const rows[] = {"2147483648", "-2147483649", "99999999999999999999", "+-1", "- 1"};
+    for (const char* pszLiteral : rows) {
+        SCOPED_TRACE(pszLiteral);
+        EXPECT_EQ(EditOnce(std::string("{TruncateFromEnd(abc,") + pszLiteral + ")}", "").parse,
+                  NRV_ERR_INVALID_PARAMETER);
+        const TOutcome outcome = EditOnce(std::string("{MakeUpperCase(") + pszLiteral + ")}", "");
+        EXPECT_EQ(outcome.edit, NRV_OK);
+        EXPECT_EQ(outcome.text, pszLiteral);
+    }
+}
+
+}  // namespace
