@@ -7,13 +7,11 @@
 
 namespace {
 
-// Makes room for nNeeded bytes in *ppBuffer, keeping its first nKeep bytes.
+// Grows *ppBuffer to hold nNeeded bytes, keeping its first nKeep bytes.
 // The new buffer is allocated before the old one is released, so an
 // allocation failure leaves everything as it was.
-void Reserve(char** ppBuffer, size_t* pnCapacity, size_t nNeeded, size_t nKeep)
+void Grow(char** ppBuffer, size_t* pnCapacity, size_t nNeeded, size_t nKeep)
 {
-    if (nNeeded <= *pnCapacity)
-        return;
     size_t nCapacity = *pnCapacity * 2;
     if (nCapacity < nNeeded)
         nCapacity = nNeeded;
@@ -23,6 +21,15 @@ void Reserve(char** ppBuffer, size_t* pnCapacity, size_t nNeeded, size_t nKeep)
     delete[] *ppBuffer;
     *ppBuffer = pBuffer;
     *pnCapacity = nCapacity;
+}
+
+// Makes room for nNeeded bytes. Called for every root operation of every
+// edit, and the buffers keep their size between edits, so the test is kept
+// inline and the growth out of line.
+inline void Reserve(char** ppBuffer, size_t* pnCapacity, size_t nNeeded, size_t nKeep)
+{
+    if (nNeeded > *pnCapacity)
+        Grow(ppBuffer, pnCapacity, nNeeded, nKeep);
 }
 
 }  // namespace
@@ -91,7 +98,11 @@ NRVRESULT CNrvDataEditingProfile::Edit(TNrvScanDecodedData* pDecodedData)
         return m_ParseResult;
     if (m_Operations.GetCount() == 0)
         return NRV_OK;
-    if (!CheckIfTriggerConditionAreMet(pDecodedData))
+    // Most profiles set no trigger: test that first, without the call.
+    const bool bAnyTrigger = m_nTriggerMinimumSize != 0 || m_nTriggerMaximumSize != 0 ||
+                             m_nTriggerSymbologyIdCount > 0 || m_pszTriggerContains != nullptr ||
+                             m_pszTriggerStartsBy != nullptr || m_pszTriggerEndsWith != nullptr;
+    if (bAnyTrigger && !CheckIfTriggerConditionAreMet(pDecodedData))
         return NRV_OK_NOT_TRIGGERED;
 
     NRVRESULT result = WriteOriginalDecodedData(pDecodedData->String.pValue, pDecodedData->String.nLength);
