@@ -23,6 +23,31 @@ NRVRESULT WriteWithInsert(CNrvOperationResult& Result, const char* pszText, size
     return Result.WriteResult(pszResult.get(), nSize);
 }
 
+// What both commands share once their parameters are evaluated. -2 leaves
+// the text as it is; -1 stands for the last byte, with the insert going
+// behind it (bAfter) or in front of it; any other index must lie in the
+// text. An empty text with -1 yields the insert, for both commands: there is
+// no byte to read in front of its start.
+NRVRESULT WriteInserted(CNrvOperationResult* pParameters, bool bAfter, CNrvOperationResult& Result)
+{
+    const size_t nIndex = pParameters[1].GetResultInteger();
+    const char* pszText = pParameters[0].GetResultString();
+    const size_t nLength = pParameters[0].GetResultStringLength();
+    if (nIndex == kNrvSizeIndexNotFound)
+        return Result.WriteResult(pszText, nLength);
+
+    size_t nInFront = 0;
+    if (nIndex == kNrvSizeIndexNone) {
+        nInFront = bAfter ? nLength : (nLength != 0 ? nLength - 1 : 0);
+    } else {
+        if (nIndex >= nLength)
+            return NRV_ERR_OUT_OF_RANGE;
+        nInFront = bAfter ? nIndex + 1 : nIndex;
+    }
+    return WriteWithInsert(Result, pszText, nLength, nInFront, pParameters[2].GetResultString(),
+                           pParameters[2].GetResultStringLength());
+}
+
 }  // namespace
 
 bool CNrvOperationInsertAfterIndex::CheckIfParametersAreCorrect() const
@@ -38,23 +63,7 @@ NRVRESULT CNrvOperationInsertAfterIndex::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
-
-    const size_t nIndex = parameters[1].GetResultInteger();
-    const char* pszText = parameters[0].GetResultString();
-    const size_t nLength = parameters[0].GetResultStringLength();
-    if (nIndex == kNrvSizeIndexNotFound)
-        return Result.WriteResult(pszText, nLength);
-
-    size_t nInFront = 0;
-    if (nIndex == kNrvSizeIndexNone) {
-        nInFront = nLength;  // append, even to an empty text
-    } else {
-        if (nIndex >= nLength)
-            return NRV_ERR_OUT_OF_RANGE;
-        nInFront = nIndex + 1;  // behind the byte at the index
-    }
-    return WriteWithInsert(Result, pszText, nLength, nInFront, parameters[2].GetResultString(),
-                           parameters[2].GetResultStringLength());
+    return WriteInserted(parameters, true, Result);
 }
 
 bool CNrvOperationInsertBeforeIndex::CheckIfParametersAreCorrect() const
@@ -68,23 +77,5 @@ NRVRESULT CNrvOperationInsertBeforeIndex::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
-
-    const size_t nIndex = parameters[1].GetResultInteger();
-    const char* pszText = parameters[0].GetResultString();
-    const size_t nLength = parameters[0].GetResultStringLength();
-    if (nIndex == kNrvSizeIndexNotFound)
-        return Result.WriteResult(pszText, nLength);
-
-    size_t nInFront = 0;
-    if (nIndex == kNrvSizeIndexNone) {
-        // In front of the last byte. An empty text has none, and gives the
-        // insert alone, as InsertAfterIndex does.
-        nInFront = nLength != 0 ? nLength - 1 : 0;
-    } else {
-        if (nIndex >= nLength)
-            return NRV_ERR_OUT_OF_RANGE;
-        nInFront = nIndex;  // in front of the byte at the index
-    }
-    return WriteWithInsert(Result, pszText, nLength, nInFront, parameters[2].GetResultString(),
-                           parameters[2].GetResultStringLength());
+    return WriteInserted(parameters, false, Result);
 }

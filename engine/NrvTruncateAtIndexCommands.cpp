@@ -17,6 +17,28 @@ bool IsNegativeIndex(size_t nIndex)
     return nIndex > static_cast<size_t>(INT64_MAX);
 }
 
+// What both commands share once their parameters are evaluated: the reserved
+// index values keep the whole text, another negative index is refused, and
+// the cut lies at index + offset, added as sign-widened sizes so that a
+// negative position reads as beyond the end. bKeepFront chooses the side kept.
+NRVRESULT WriteCut(CNrvOperationResult* pParameters, bool bKeepFront, CNrvOperationResult& Result)
+{
+    const size_t nIndex = pParameters[1].GetResultInteger();
+    const char* pszText = pParameters[0].GetResultString();
+    const size_t nLength = pParameters[0].GetResultStringLength();
+    if (IsReservedIndex(nIndex))
+        return Result.WriteResult(pszText, nLength);
+    if (IsNegativeIndex(nIndex))
+        return NRV_ERR_OUT_OF_RANGE;
+
+    const size_t nPosition = nIndex + pParameters[2].GetResultInteger();
+    if (bKeepFront)  // a position beyond the end keeps the whole text
+        return Result.WriteResult(pszText, nPosition < nLength ? nPosition : nLength);
+    if (nPosition > nLength)  // ... and keeps nothing behind it
+        return Result.WriteResult(pszText, 0);
+    return Result.WriteResult(pszText + nPosition, nLength - nPosition);
+}
+
 }  // namespace
 
 bool CNrvOperationTruncateAfterIndex::CheckIfParametersAreCorrect() const
@@ -30,21 +52,7 @@ NRVRESULT CNrvOperationTruncateAfterIndex::Run(CNrvOperationResult& Result) cons
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
-
-    const size_t nIndex = parameters[1].GetResultInteger();
-    const char* pszText = parameters[0].GetResultString();
-    const size_t nLength = parameters[0].GetResultStringLength();
-    if (IsReservedIndex(nIndex))
-        return Result.WriteResult(pszText, nLength);
-    if (IsNegativeIndex(nIndex))
-        return NRV_ERR_OUT_OF_RANGE;
-
-    // Unsigned sum of the sign-widened values: a negative position reads as
-    // beyond the end and keeps the whole text.
-    size_t nPosition = nIndex + parameters[2].GetResultInteger();
-    if (nPosition > nLength)
-        nPosition = nLength;
-    return Result.WriteResult(pszText, nPosition);
+    return WriteCut(parameters, true, Result);
 }
 
 bool CNrvOperationTruncateBeforeIndex::CheckIfParametersAreCorrect() const
@@ -58,18 +66,5 @@ NRVRESULT CNrvOperationTruncateBeforeIndex::Run(CNrvOperationResult& Result) con
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
-
-    const size_t nIndex = parameters[1].GetResultInteger();
-    const char* pszText = parameters[0].GetResultString();
-    const size_t nLength = parameters[0].GetResultStringLength();
-    if (IsReservedIndex(nIndex))
-        return Result.WriteResult(pszText, nLength);
-    if (IsNegativeIndex(nIndex))
-        return NRV_ERR_OUT_OF_RANGE;
-
-    // A position beyond the end, a negative one included, keeps nothing.
-    const size_t nPosition = nIndex + parameters[2].GetResultInteger();
-    if (nPosition > nLength)
-        return Result.WriteResult(pszText, 0);
-    return Result.WriteResult(pszText + nPosition, nLength - nPosition);
+    return WriteCut(parameters, false, Result);
 }

@@ -11,6 +11,18 @@ size_t ReadCount(const CNrvOperationResult& CountParameter)
     return nCount == kNrvSizeIndexNotFound ? 0 : nCount;
 }
 
+// Removes the count of bytes from the front (bFromBeginning) or the end.
+// Removing every byte is refused rather than giving an empty text.
+NRVRESULT WriteTruncated(CNrvOperationResult* pParameters, bool bFromBeginning, CNrvOperationResult& Result)
+{
+    const size_t nCount = ReadCount(pParameters[1]);
+    const size_t nLength = pParameters[0].GetResultStringLength();
+    if (nLength <= nCount)
+        return NRV_ERR_OUT_OF_RANGE;
+    const char* pszText = pParameters[0].GetResultString();
+    return Result.WriteResult(bFromBeginning ? pszText + nCount : pszText, nLength - nCount);
+}
+
 }  // namespace
 
 bool CNrvOperationTruncateFromBeginning::CheckIfParametersAreCorrect() const
@@ -24,13 +36,7 @@ NRVRESULT CNrvOperationTruncateFromBeginning::Run(CNrvOperationResult& Result) c
     const NRVRESULT result = RunParameters(parameters, 2);
     if (result < 0)
         return result;
-
-    const size_t nCount = ReadCount(parameters[1]);
-    const size_t nLength = parameters[0].GetResultStringLength();
-    // Removing every byte is refused rather than giving an empty text.
-    if (nLength <= nCount)
-        return NRV_ERR_OUT_OF_RANGE;
-    return Result.WriteResult(parameters[0].GetResultString() + nCount, nLength - nCount);
+    return WriteTruncated(parameters, true, Result);
 }
 
 bool CNrvOperationTruncateFromEnd::CheckIfParametersAreCorrect() const
@@ -44,10 +50,5 @@ NRVRESULT CNrvOperationTruncateFromEnd::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(parameters, 2);
     if (result < 0)
         return result;
-
-    const size_t nCount = ReadCount(parameters[1]);
-    const size_t nLength = parameters[0].GetResultStringLength();
-    if (nLength <= nCount)
-        return NRV_ERR_OUT_OF_RANGE;
-    return Result.WriteResult(parameters[0].GetResultString(), nLength - nCount);
+    return WriteTruncated(parameters, false, Result);
 }
