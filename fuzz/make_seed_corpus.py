@@ -1,0 +1,107 @@
+#!/usr/bin/env python3
+"""Writes the seed corpus of the fuzz targets: the expressions found in the
+README and in the tests, and, for the edit target, each of them joined to a
+scan (real scans from a TSV of decoded data when one is given, otherwise a
+few made-up ones). Run from the repository root:
+
+    python3 fuzz/make_seed_corpus.py [scans.tsv]
+
+Existing seed-* files are replaced; other corpus files are left alone."""
+import glob
+import hashlib
+import os
+import random
+import re
+import sys
+
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+CORPUS = os.path.join(ROOT, "fuzz", "corpus")
+LITERAL = re.compile(r'"((?:[^"\\\n]|\\.)*)"')
+INLINE_CODE = re.compile(r"`([^`\n]*\{[^`\n]*)`")
+
+
+def c_unescape(text):
+    out = bytearray()
+    i = 0
+    while i < len(text):
+        c = text[i]
+        if c != "\\" or i + 1 == len(text):
+            out += c.encode("utf-8")
+            i += 1
+            continue
+        n = text[i + 1]
+        simple = {"n": 10, "r": 13, "t": 9, "0": 0, "\\": 92, '"': 34, "'": 39, "a": 7, "b": 8, "f": 12, "v": 11}
+        if n == "x":
+            digits = re.match(r"[0-9a-fA-F]{1,2}", text[i + 2:])
+            out.append(int(digits.group(0), 16) if digits else 0)
+            i += 2 + (len(digits.group(0)) if digits else 0)
+        elif n in simple:
+            out.append(simple[n])
+            i += 2
+        else:
+            out += n.encode("utf-8")
+            i += 2
+    return bytes(out)
+
+
+def expressions():
+    found = set()
+    with open(os.path.join(ROOT, "README.md"), encoding="utf-8") as readme:
+        text = readme.read()
+    for match in INLINE_CODE.finditer(text):
+        found.add(match.group(1).encode("utf-8"))
+    for line in text.splitlines():
+        # Example lines: an expression, then the scan and the result.
+        if line.startswith(("Code:", "{")) and "}" in line:
+            found.add(line.split("  ")[0].strip().encode("utf-8"))
+    for path in sorted(glob.glob(os.path.join(ROOT, "tests", "*.cpp"))):
+        with open(path, encoding="utf-8", errors="replace") as source:
+            for match in LITERAL.finditer(source.read()):
+                literal = c_unescape(match.group(1))
+                if b"{" in literal and re.search(rb"[A-Z][a-z]+", literal) and len(literal) < 400:
+                    found.add(literal.split(b"\0")[0])
+    return sorted(found)
+
+
+def scans(tsv):
+    chosen = [b"AB-CD-EF\r\n", b"12345\r\n", b"", bytes([0, 1, 0x7F, 0x80, 0xFF]), b"ab,cd{x}(y)"]
+    if tsv and os.path.exists(tsv):
+        rows = []
+        with open(tsv, encoding="utf-8") as table:
+            for line in table.read().splitlines()[1:]:
+                fields = line.split("\t")
+                if len(fields) == 3 and len(fields[2]) <= 2 * 200:
+                    rows.append(bytes.fromhex(fields[2]))
+        rows.sort(key=lambda data: (hashlib.sha1(data).hexdigest()))
+        chosen += rows[:40]
+    return chosen
+
+
+def write(target, data):
+    directory = os.path.join(CORPUS, target)
+    os.makedirs(directory, exist_ok=True)
+    with open(os.path.join(directory, "seed-" + hashlib.sha1(data).hexdigest()[:16]), "wb") as out:
+        out.write(data)
+
+
+def main():
+    tsv = sys.argv[1] if len(sys.argv) > 1 else None
+    for target in ("parse", "edit", "structures"):
+        for old in glob.glob(os.path.join(CORPUS, target, "seed-*")):
+            os.remove(old)
+    exprs = expressions()
+    scan_list = scans(tsv)
+    for index, expression in enumerate(exprs):
+        write("parse", expression)
+        write("edit", expression + b"\0" + scan_list[index % len(scan_list)])
+    # The structure target reads operations from any bytes: a few fixed
+    # random ones to start from.
+    generator = random.Random(1)
+    for size in (16, 64, 256, 1024):
+        for _ in range(3):
+            write("structures", bytes(generator.randrange(256) for _ in range(size)))
+    print("%d expressions, %d scans" % (len(exprs), len(scan_list)))
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,59 @@
+#!/usr/bin/env bash
+# Builds the fuzz targets with clang++ and runs each for a bounded time on a
+# working copy of its seed corpus. Stops at the first finding (crash, leak,
+# undefined behaviour, timeout, out-of-memory) with a non-zero status and
+# the reproducer in WORK/artifacts/.
+#
+# usage: fuzz/run.sh [-t SECONDS] [-b BUILD_DIR] [-w WORK_DIR] [TARGET...]
+#   TARGET        parse, edit or structures (default: all three, one after the other)
+#   -t SECONDS    time per target (default 60)
+#   -b BUILD_DIR  build directory (default build-fuzz)
+#   -w WORK_DIR   grown corpora and artifacts (default BUILD_DIR/fuzz-work);
+#                 reusing it lets a later run start from what an earlier one found
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+seconds=60
+build=build-fuzz
+work=
+while getopts "t:b:w:" option; do
+  case $option in
+    t) seconds=$OPTARG ;;
+    b) build=$OPTARG ;;
+    w) work=$OPTARG ;;
+    *) sed -n '2,13p' "$0"; exit 2 ;;
+  esac
+done
+shift $((OPTIND - 1))
+targets=("$@")
+[ ${#targets[@]} -gt 0 ] || targets=(parse edit structures)
+work=${work:-$build/fuzz-work}
+
+if [ ! -f "$build/CMakeCache.txt" ]; then
+  generator=()
+  command -v ninja >/dev/null && generator=(-G Ninja)
+  CXX=clang++ cmake -S . -B "$build" ${generator[@]+"${generator[@]}"} -DCMAKE_BUILD_TYPE=RelWithDebInfo -DNRV_BUILD_FUZZERS=ON \
+    -DNRV_BUILD_TESTS=OFF -DNRV_BUILD_TOOLS=OFF -DNRV_BUILD_EXAMPLES=OFF -DNRV_WARNINGS_AS_ERRORS=ON >/dev/null
+fi
+cmake --build "$build" -j2 --target "${targets[@]/#/nrv_fuzz_}"
+
+# Longest input per target: an expression and a scan of a few kilobytes
+# reach every path; longer ones only slow the search down.
+declare -A max_len=([parse]=4096 [edit]=4096 [structures]=2048)
+export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1}
+export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
+mkdir -p "$work/artifacts"
+for target in "${targets[@]}"; do
+  mkdir -p "$work/$target"
+  log="$work/$target.log"
+  echo "== fuzz $target: ${seconds}s"
+  if ! "$build/fuzz/nrv_fuzz_$target" "$work/$target" "fuzz/corpus/$target" \
+      -max_total_time="$seconds" -max_len="${max_len[$target]}" -timeout=10 -rss_limit_mb=2048 \
+      -artifact_prefix="$work/artifacts/$target-" -print_final_stats=1 >"$log" 2>&1; then
+    tail -n 60 "$log"
+    echo "fuzz $target: finding, reproducer in $work/artifacts/ (run: $build/fuzz/nrv_fuzz_$target FILE)" >&2
+    exit 1
+  fi
+  grep -E '^(Done|stat::number_of_executed_units|stat::peak_rss_mb)' "$log" | tr '\n' ' '
+  echo
+done
