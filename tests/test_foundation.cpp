@@ -247,17 +247,6 @@ TEST(List, EmptyingFromEitherEndThenFailingLeavesTheOutValue)
     EXPECT_EQ(0, list.GetCount());
 }
 
-TEST(List, DestroyingAFullListLeavesTheObjectsAlone)
-{
-    std::string held = "still here";
-    {
-        CNrvList list;
-        list.AddTail(&held);
-        list.AddTail(&held);
-    }
-    EXPECT_EQ("still here", held);
-}
-
 std::string Window(const CNrvParsingString& window)
 {
     return std::string(window.GetString(), window.GetLength());

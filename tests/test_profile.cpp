@@ -264,13 +264,4 @@ TEST(Profile, RefusesSymbologiesOutsideTheEnumeration)
     EXPECT_EQ(NRV_OK_NOT_TRIGGERED, profile.Edit(&scan.record));
 }
 
-TEST(Profile, SymbologyValuesArePartOfTheInterface)
-{
-    EXPECT_EQ(2, kNrvScanSymbologyAztec);
-    EXPECT_EQ(15, kNrvScanSymbologyCode128);
-    EXPECT_EQ(38, kNrvScanSymbologyQRCode);
-    EXPECT_EQ(47, kNrvScanSymbologyHanXin);
-    EXPECT_EQ(48, kNrvScanSymbologyLastSymbologyID);
-}
-
 }  // namespace
