@@ -223,31 +223,17 @@ TEST(Parser, TracesEveryStepAndFlagsErrors)
     }
 }
 
-// A command of a chosen parameter count whose runs can be counted or failed.
+// A command that takes a chosen number of parameters.
 class CTestOperation : public CNrvOperation {
 public:
-    CTestOperation(size_t nParameters, NRVRESULT nRunResult, int* pnRuns)
-        : CNrvOperation(nullptr), m_nParameters(nParameters), m_nRunResult(nRunResult), m_pnRuns(pnRuns)
-    {
-    }
-    ~CTestOperation() override { ++*m_pnRuns; }  // counts destructions too, for ownership
+    explicit CTestOperation(size_t nParameters) : CNrvOperation(nullptr), m_nParameters(nParameters) {}
     size_t GetParameterCount() const override { return m_nParameters; }
     bool CheckIfParametersAreCorrect() const override { return true; }
-    NRVRESULT Run(CNrvOperationResult& Result) const override
-    {
-        ++*m_pnRuns;
-        NRVRESULT result = RunParameters(m_results, m_OperationsList.GetCount());
-        if (result >= 0 && m_nRunResult >= 0)
-            result = Result.WriteResult("r", 1);
-        return result < 0 ? result : m_nRunResult;
-    }
+    NRVRESULT Run(CNrvOperationResult&) const override { return NRV_OK; }
     int GetResultType() const override { return CNrvOperationResult::typeString; }
 
 private:
     size_t m_nParameters;
-    NRVRESULT m_nRunResult;
-    int* m_pnRuns;
-    mutable CNrvOperationResult m_results[4];
 };
 
 TEST(OperationTree, CheckParametersCountCountsTopLevelCommasOnly)
@@ -269,39 +255,18 @@ TEST(OperationTree, CheckParametersCountCountsTopLevelCommasOnly)
         {"{a,b", 1},
         {"x}}}}y,z", 2},
     };
-    int nRuns = 0;
     for (const Row& row : rows) {
         CNrvParsingString text(row.pszText);
-        CTestOperation exact(row.nCount, NRV_OK, &nRuns);
-        CTestOperation other(row.nCount + 1, NRV_OK, &nRuns);
+        CTestOperation exact(row.nCount);
+        CTestOperation other(row.nCount + 1);
         EXPECT_EQ(NRV_OK, CNrvOperation::CheckParametersCount(&exact, &text, '{', '}')) << row.pszText;
         EXPECT_EQ(NRV_ERR_PARAMETER_COUNT, CNrvOperation::CheckParametersCount(&other, &text, '{', '}'))
             << row.pszText;
     }
     CNrvParsingString text("a");
-    CTestOperation operation(1, NRV_OK, &nRuns);
+    CTestOperation operation(1);
     EXPECT_EQ(NRV_ERR_INVALID_PARAMETER, CNrvOperation::CheckParametersCount(nullptr, &text, '{', '}'));
     EXPECT_EQ(NRV_ERR_INVALID_PARAMETER, CNrvOperation::CheckParametersCount(&operation, nullptr, '{', '}'));
-}
-
-TEST(OperationTree, FirstFailingParameterStopsTheRunAndTheRestIsNotRun)
-{
-    int nFirst = 0, nSecond = 0, nParent = 0, nDestroyed = 0;
-    {
-        CTestOperation parent(2, NRV_OK, &nParent);
-        parent.GetOperationsList()->AddTail(new CTestOperation(0, NRV_ERR_OUT_OF_RANGE, &nFirst));
-        parent.GetOperationsList()->AddTail(new CTestOperation(0, NRV_OK, &nSecond));
-        CNrvOperationResult result;
-        result.SetResult(7);
-        EXPECT_EQ(NRV_ERR_OUT_OF_RANGE, parent.Run(result));
-        EXPECT_EQ(1, nFirst);
-        EXPECT_EQ(0, nSecond);
-        EXPECT_EQ(7u, result.GetResultInteger());  // untouched
-        EXPECT_EQ(CNrvOperationResult::typeInt, result.GetType());
-        nDestroyed = nFirst + nSecond;
-    }
-    // The parent deleted both parameters with itself.
-    EXPECT_EQ(nDestroyed + 2, nFirst + nSecond);
 }
 
 TEST(OperationTree, ResultKindsFitTheirPositions)

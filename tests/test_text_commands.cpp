@@ -7,52 +7,13 @@
 #include <string>
 #include <vector>
 
+#include "EditRows.h"
 #include "NrvDataEditingProfile.h"
 #include "NrvOperation.h"
 
 using namespace std::string_literals;
 
 namespace {
-
-struct TEditCase {
-    const char* pszExpression;
-    std::string data;   // the decoded data, with its exact length
-    NRVRESULT nCode;    // what Parse, or else Edit, returns
-    std::string edited; // the edited data when nCode is not negative
-};
-
-// Parses the expression and edits one record holding data. On failure the
-// record must come back untouched.
-void ExpectEdit(const TEditCase& row)
-{
-    SCOPED_TRACE(std::string("expression ") + row.pszExpression);
-    CNrvDataEditingProfile profile;
-    NRVRESULT result = profile.Parse(row.pszExpression);
-    if (result < 0) {
-        EXPECT_EQ(row.nCode, result);
-        return;
-    }
-    std::vector<char> buffer(row.data.begin(), row.data.end());
-    TNrvScanDecodedData record{};
-    record.String.pValue = buffer.empty() ? nullptr : buffer.data();
-    record.String.nLength = buffer.size();
-    result = profile.Edit(&record);
-    ASSERT_EQ(row.nCode, result);
-    if (result < 0) {
-        EXPECT_EQ(buffer.empty() ? nullptr : buffer.data(), record.String.pValue);
-        EXPECT_EQ(buffer.size(), record.String.nLength);
-        return;
-    }
-    ASSERT_NE(nullptr, record.String.pValue);
-    EXPECT_EQ(row.edited, std::string(record.String.pValue, record.String.nLength));
-    EXPECT_EQ('\0', record.String.pValue[record.String.nLength]);
-}
-
-void ExpectEdits(const std::vector<TEditCase>& rows)
-{
-    for (const TEditCase& row : rows)
-        ExpectEdit(row);
-}
 
 constexpr NRVRESULT kRange = NRV_ERR_OUT_OF_RANGE;
 
@@ -246,22 +207,6 @@ TEST(TextCommands, ExtractBetweenMarkers)
     });
 }
 
-TEST(TextCommands, RunAgainForEachRecord)
-{
-    CNrvDataEditingProfile profile;
-    ASSERT_EQ(NRV_OK, profile.Parse("{Extract({MakeUpperCase({DecodedData()})},[,])}"));
-    const char* const apszData[] = {"[ab]", "x[cd", "[]"};
-    const char* const apszEdited[] = {"AB", "CD", ""};
-    for (size_t i = 0; i < 3; ++i) {
-        std::string data = apszData[i];
-        TNrvScanDecodedData record{};
-        record.String.pValue = &data[0];
-        record.String.nLength = data.size();
-        ASSERT_EQ(NRV_OK, profile.Edit(&record));
-        EXPECT_EQ(apszEdited[i], std::string(record.String.pValue, record.String.nLength));
-    }
-}
-
 namespace {
 
 // A parameter that fails with a code of its own.
@@ -291,11 +236,16 @@ private:
 
 }  // namespace
 
-TEST(TextCommands, FailingFirstParameterStopsTheRun)
+// Every command with parameters: the first failure ends the run with its
+// code, later parameters never run, the caller's record keeps what it held,
+// and deleting the command deletes its parameters (the sanitizer checks).
+TEST(Commands, FailingFirstParameterStopsTheRun)
 {
-    const char* const apszCommands[] = {"Replace",       "Substitute",    "EscapeCharacter",
-                                        "MakeUpperCase", "MakeLowerCase", "ReplaceNonPrintableCharacters",
-                                        "Substring",     "Extract"};
+    const char* const apszCommands[] = {
+        "TruncateFromBeginning", "TruncateFromEnd",   "Replace",           "Substitute",
+        "EscapeCharacter",       "InsertAfterIndex",  "InsertBeforeIndex", "FindFirstFromIndex",
+        "FindLastFromIndex",     "MakeUpperCase",     "MakeLowerCase",     "ReplaceNonPrintableCharacters",
+        "TruncateAfterIndex",    "TruncateBeforeIndex", "Substring",       "Extract"};
     CNrvDataEditingProfile profile;
     CNrvOperationDictionary* pDictionary = CNrvOperationDictionary::GetLibraryDictionary();
     ASSERT_NE(nullptr, pDictionary);
