@@ -66,8 +66,9 @@ private:
     char* m_pszTriggerStartsBy;
     char* m_pszTriggerEndsWith;
 
-    // Not the parser's: the outcome of the last Parse, and the buffers the
-    // edited data is built in. Both buffers keep their capacity between
+    // The outcome of the last Parse (Edit refuses to run after a failed
+    // one), the capacity of the scan's copy, and the two buffers the edited
+    // data is built in. Both buffers keep their capacity between
     // edits; they swap after a successful one, so the record's previous
     // text stays intact while the next one is built.
     NRVRESULT m_ParseResult;
