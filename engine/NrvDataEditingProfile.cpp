@@ -90,6 +90,32 @@ NRVRESULT CNrvDataEditingProfile::Parse(const char* pszExpression)
     return m_ParseResult;
 }
 
+// Runs on every edit, and most profiles set no trigger: defined inline here,
+// where Edit alone calls it, so the all-unset case costs no call.
+inline bool CNrvDataEditingProfile::CheckIfTriggerConditionAreMet(TNrvScanDecodedData* pDecodedData)
+{
+    const char* pszData = pDecodedData->String.pValue;
+    const size_t nLength = pDecodedData->String.nLength;
+    if (m_nTriggerMinimumSize != 0 && nLength < m_nTriggerMinimumSize)
+        return false;
+    if (m_nTriggerMaximumSize != 0 && nLength > m_nTriggerMaximumSize)
+        return false;
+    if (m_nTriggerSymbologyIdCount > 0) {
+        bool bListed = false;
+        for (int i = 0; i < m_nTriggerSymbologyIdCount && !bListed; ++i)
+            bListed = m_pTriggerSymbologyId[i] == static_cast<int>(pDecodedData->SymbologyID);
+        if (!bListed)
+            return false;
+    }
+    if (m_pszTriggerContains != nullptr && !DoesContain(pszData, m_pszTriggerContains, nLength))
+        return false;
+    if (m_pszTriggerStartsBy != nullptr && !DoesStartBy(pszData, m_pszTriggerStartsBy, nLength))
+        return false;
+    if (m_pszTriggerEndsWith != nullptr && !DoesEndWith(pszData, m_pszTriggerEndsWith, nLength))
+        return false;
+    return true;
+}
+
 NRVRESULT CNrvDataEditingProfile::Edit(TNrvScanDecodedData* pDecodedData)
 {
     if (pDecodedData == nullptr || (pDecodedData->String.pValue == nullptr && pDecodedData->String.nLength != 0))
@@ -98,11 +124,7 @@ NRVRESULT CNrvDataEditingProfile::Edit(TNrvScanDecodedData* pDecodedData)
         return m_ParseResult;
     if (m_Operations.GetCount() == 0)
         return NRV_OK;
-    // Most profiles set no trigger: test that first, without the call.
-    const bool bAnyTrigger = m_nTriggerMinimumSize != 0 || m_nTriggerMaximumSize != 0 ||
-                             m_nTriggerSymbologyIdCount > 0 || m_pszTriggerContains != nullptr ||
-                             m_pszTriggerStartsBy != nullptr || m_pszTriggerEndsWith != nullptr;
-    if (bAnyTrigger && !CheckIfTriggerConditionAreMet(pDecodedData))
+    if (!CheckIfTriggerConditionAreMet(pDecodedData))
         return NRV_OK_NOT_TRIGGERED;
 
     NRVRESULT result = WriteOriginalDecodedData(pDecodedData->String.pValue, pDecodedData->String.nLength);
@@ -162,30 +184,6 @@ NRVRESULT CNrvDataEditingProfile::WriteOriginalDecodedData(const char* pszData, 
     m_pszOriginalDecodedData[nLength] = '\0';
     m_nOriginalDecodedDataLength = nLength;
     return NRV_OK;
-}
-
-bool CNrvDataEditingProfile::CheckIfTriggerConditionAreMet(TNrvScanDecodedData* pDecodedData)
-{
-    const char* pszData = pDecodedData->String.pValue;
-    const size_t nLength = pDecodedData->String.nLength;
-    if (m_nTriggerMinimumSize != 0 && nLength < m_nTriggerMinimumSize)
-        return false;
-    if (m_nTriggerMaximumSize != 0 && nLength > m_nTriggerMaximumSize)
-        return false;
-    if (m_nTriggerSymbologyIdCount > 0) {
-        bool bListed = false;
-        for (int i = 0; i < m_nTriggerSymbologyIdCount && !bListed; ++i)
-            bListed = m_pTriggerSymbologyId[i] == static_cast<int>(pDecodedData->SymbologyID);
-        if (!bListed)
-            return false;
-    }
-    if (m_pszTriggerContains != nullptr && !DoesContain(pszData, m_pszTriggerContains, nLength))
-        return false;
-    if (m_pszTriggerStartsBy != nullptr && !DoesStartBy(pszData, m_pszTriggerStartsBy, nLength))
-        return false;
-    if (m_pszTriggerEndsWith != nullptr && !DoesEndWith(pszData, m_pszTriggerEndsWith, nLength))
-        return false;
-    return true;
 }
 
 bool CNrvDataEditingProfile::DoesStartBy(const char* pszData, const char* pszText, size_t nDataLength)
