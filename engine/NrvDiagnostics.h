@@ -1,0 +1,59 @@
+// Diagnostics for the people who write expressions: where and why an
+// expression does not parse, why an edit fails, and what every node of an
+// expression yields for one scan. Nothing here runs unless asked for: the
+// profile's Parse and Edit are unchanged and pay nothing for it. Every code
+// reported here equals what the profile's Parse or Edit returns for the same
+// expression and scan.
+#ifndef NRV_DIAGNOSTICS_H
+#define NRV_DIAGNOSTICS_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "NrvScanTypes.h"
+
+// The outcome of a parse or an edit, for a person.
+struct TNrvDiagnostic {
+    NRVRESULT nCode = NRV_OK;  // what Parse (or Edit) returned
+    size_t nOffset = 0;        // the culprit's byte range in the expression
+    size_t nLength = 0;
+    std::string command;       // the command concerned; empty when none
+    std::string message;       // one sentence; empty when nothing went wrong
+};
+
+enum ENrvNodeKind { kNrvNodeCommand, kNrvNodeText, kNrvNodeInteger };
+
+// One operation of a parsed expression and what its run gave for one scan.
+struct TNrvExplainNode {
+    ENrvNodeKind kind = kNrvNodeText;
+    std::string name;                 // a command's name; a literal's text as written
+    size_t nOffset = 0;               // the node's byte range in the expression
+    size_t nLength = 0;
+    bool bRun = false;                // false: not run, because a node before it failed
+    NRVRESULT nCode = NRV_OK;         // the code its run returned (when bRun)
+    bool bInteger = false;            // the value is an integer, not a text
+    int nInteger = 0;                 // the integer, when bInteger
+    std::string value;                // the text's bytes; an integer's decimal text
+    std::vector<TNrvExplainNode> params;
+};
+
+// What an expression does to one scan, node by node.
+struct TNrvExplanation {
+    NRVRESULT nCode = NRV_OK;             // what Edit returns (triggers aside)
+    std::string output;                   // the edited data, when nCode is not negative
+    TNrvDiagnostic failure;               // when nCode is negative: which command failed and why
+    std::vector<TNrvExplainNode> nodes;   // the root operations, in text order
+};
+
+// Parses the expression as CNrvDataEditingProfile::Parse does and explains
+// the outcome (nCode NRV_OK and an empty message when it parses).
+TNrvDiagnostic NrvDiagnoseParse(const char* pszExpression);
+
+// Parses the expression and runs it over one scan (nLength bytes, zero
+// bytes allowed) with the engine's own operations, recording every node's
+// value. Triggers are not applied. When the expression does not parse,
+// nCode and failure are the parse's and nodes is empty.
+TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t nLength);
+
+#endif  // NRV_DIAGNOSTICS_H
