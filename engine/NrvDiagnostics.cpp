@@ -9,16 +9,38 @@
 
 namespace {
 
+struct SCode {
+    NRVRESULT value;
+    const char* pszName;
+    const char* pszMeaning;
+};
+
+const SCode kCodes[] = {
+    {NRV_OK, "NRV_OK", "success"},
+    {NRV_OK_NOT_TRIGGERED, "NRV_OK_NOT_TRIGGERED", "a trigger condition did not hold, the scan is left alone"},
+    {NRV_ERR_INVALID_PARAMETER, "NRV_ERR_INVALID_PARAMETER",
+     "a parameter of the wrong kind (text where a number is needed, or the reverse) or an invalid argument"},
+    {NRV_ERR_OUT_OF_RANGE, "NRV_ERR_OUT_OF_RANGE",
+     "a command's input does not fit what it must do (count or index past the end, empty text)"},
+    {NRV_ERR_SYNTAX, "NRV_ERR_SYNTAX", "a '{' or '}' without its partner, or commands nested too deeply"},
+    {NRV_ERR_UNKNOWN_COMMAND, "NRV_ERR_UNKNOWN_COMMAND", "a name that is not a command"},
+    {NRV_ERR_PARAMETER_COUNT, "NRV_ERR_PARAMETER_COUNT",
+     "the number of parameters written differs from what the command takes"},
+};
+
+const SCode* FindCode(NRVRESULT nCode)
+{
+    for (const SCode& code : kCodes) {
+        if (code.value == nCode)
+            return &code;
+    }
+    return nullptr;
+}
+
 const char* SentenceFor(NRVRESULT nCode)
 {
-    switch (nCode) {
-    case NRV_ERR_INVALID_PARAMETER: return "a parameter of the wrong kind";
-    case NRV_ERR_OUT_OF_RANGE: return "a command's input does not fit what it must do";
-    case NRV_ERR_SYNTAX: return "a '{' or '}' without its partner, or commands nested too deeply";
-    case NRV_ERR_UNKNOWN_COMMAND: return "a name that is not a command";
-    case NRV_ERR_PARAMETER_COUNT: return "the number of parameters written differs from what the command takes";
-    default: return nCode < 0 ? "the expression failed" : "";
-    }
+    const char* pszMeaning = NrvResultCodeMeaning(nCode);
+    return pszMeaning != nullptr ? pszMeaning : "the expression failed";
 }
 
 TNrvDiagnostic Describe(NRVRESULT nCode, const char* pszExpression)
@@ -54,4 +76,16 @@ TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t 
     }
     explanation.failure = Describe(explanation.nCode, pszExpression);
     return explanation;
+}
+
+const char* NrvResultCodeName(NRVRESULT nCode)
+{
+    const SCode* pCode = FindCode(nCode);
+    return pCode != nullptr ? pCode->pszName : nullptr;
+}
+
+const char* NrvResultCodeMeaning(NRVRESULT nCode)
+{
+    const SCode* pCode = FindCode(nCode);
+    return pCode != nullptr ? pCode->pszMeaning : nullptr;
 }

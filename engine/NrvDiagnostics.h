@@ -56,4 +56,9 @@ TNrvDiagnostic NrvDiagnoseParse(const char* pszExpression);
 // nCode and failure are the parse's and nodes is empty.
 TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t nLength);
 
+// The name of a code the library defines ("NRV_ERR_SYNTAX"), or null.
+const char* NrvResultCodeName(NRVRESULT nCode);
+// What such a code means, in a few words, or null.
+const char* NrvResultCodeMeaning(NRVRESULT nCode);
+
 #endif  // NRV_DIAGNOSTICS_H

@@ -11,14 +11,14 @@
 #include <vector>
 
 #include "NrvDataEditingProfile.h"
+#include "NrvEscapes.h"
 #include "NrvParsingString.h"
 #include "NrvScanTypes.h"
+#include "NrvSymbologies.h"
 #include "command_list.h"
-#include "escapes.h"
 #include "line_io.h"
 #include "options.h"
 #include "result_codes.h"
-#include "symbologies.h"
 
 #ifndef NRV_EDIT_VERSION
 #define NRV_EDIT_VERSION "unknown"
@@ -57,7 +57,7 @@ bool DecodeTrigger(const char* pszName, const char* pszText, bool bEscapes, std:
         return true;
     }
     std::string problem;
-    if (!Unescape(pszText, strlen(pszText), pOut, &problem)) {
+    if (!NrvUnescape(pszText, strlen(pszText), pOut, &problem)) {
         *pError = std::string(pszName) + " '" + pszText + "': " + problem;
         return false;
     }
@@ -79,7 +79,7 @@ public:
         : m_pProfile(pProfile),
           m_Symbology(symbology),
           // The engine never writes through the name; the record type is not const.
-          m_SymbologyName{strlen(SymbologyName(symbology)), const_cast<char*>(SymbologyName(symbology))},
+          m_SymbologyName{strlen(NrvSymbologyName(symbology)), const_cast<char*>(NrvSymbologyName(symbology))},
           m_bEscapes(bEscapes),
           m_pOutput(pOutput),
           m_nScan(0),
@@ -99,7 +99,7 @@ public:
         }
         if (m_bEscapes) {
             m_Escaped.clear();
-            AppendEscaped(record.String.pValue, record.String.nLength, &m_Escaped);
+            NrvAppendEscaped(record.String.pValue, record.String.nLength, &m_Escaped);
             m_pOutput->Write(m_Escaped.data(), m_Escaped.size());
         } else {
             m_pOutput->Write(record.String.pValue, record.String.nLength);
@@ -169,7 +169,7 @@ int main(int argc, char** argv)
     if (options.bEscapes) {
         for (size_t i = 0; i < options.data.size(); ++i) {
             std::string decoded, problem;
-            if (!Unescape(options.data[i], strlen(options.data[i]), &decoded, &problem))
+            if (!NrvUnescape(options.data[i], strlen(options.data[i]), &decoded, &problem))
                 return UsageError("DATA argument " + std::to_string(i + 1) + " '" + options.data[i] + "': " + problem);
             decodedArguments.push_back(std::move(decoded));
         }
@@ -240,7 +240,7 @@ int main(int argc, char** argv)
                 printer.EditAndPrint(pLine, nLength);
                 continue;
             }
-            if (!Unescape(pLine, nLength, &decoded, &problem)) {
+            if (!NrvUnescape(pLine, nLength, &decoded, &problem)) {
                 output.Flush();  // the lines before it were fine
                 status = UsageError(std::string(pszInputName) + ", line " + std::to_string(printer.Count() + 1) +
                                     ": " + problem);

@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "symbologies.h"
+#include "NrvSymbologies.h"
 
 namespace {
 
@@ -81,7 +81,7 @@ bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError
         case 's':
         case kOptOnlySymbology: {
             ENrvScanSymbologyID id;
-            if (!ParseSymbology(optarg, &id)) {
+            if (!NrvParseSymbology(optarg, &id)) {
                 *pError = std::string("unknown symbology '") + optarg + "' (see --help for the names)";
                 return false;
             }
@@ -151,8 +151,8 @@ void PrintHelp()
           stdout);
     const int nColumns = 3;
     int nId = 0;
-    for (; SymbologyName(nId) != nullptr; ++nId) {
-        printf("  %2d %-20s", nId, SymbologyName(nId));
+    for (; NrvSymbologyName(nId) != nullptr; ++nId) {
+        printf("  %2d %-20s", nId, NrvSymbologyName(nId));
         if (nId % nColumns == nColumns - 1)
             putchar('\n');
     }

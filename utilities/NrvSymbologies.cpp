@@ -1,4 +1,4 @@
-#include "symbologies.h"
+#include "NrvSymbologies.h"
 
 #include <cstring>
 #include <strings.h>
@@ -20,12 +20,12 @@ static_assert(sizeof(kNames) / sizeof(kNames[0]) == kNrvScanSymbologyLastSymbolo
 
 }  // namespace
 
-const char* SymbologyName(int nId)
+const char* NrvSymbologyName(int nId)
 {
     return nId >= 0 && nId < kNrvScanSymbologyLastSymbologyID ? kNames[nId] : nullptr;
 }
 
-bool ParseSymbology(const char* pszText, ENrvScanSymbologyID* pId)
+bool NrvParseSymbology(const char* pszText, ENrvScanSymbologyID* pId)
 {
     if (pszText[0] >= '0' && pszText[0] <= '9') {
         int nId = 0;

@@ -1,4 +1,4 @@
-#include "escapes.h"
+#include "NrvEscapes.h"
 
 namespace {
 
@@ -15,7 +15,7 @@ int HexValue(char c)
 
 }  // namespace
 
-bool Unescape(const char* pText, size_t nLength, std::string* pOut, std::string* pError)
+bool NrvUnescape(const char* pText, size_t nLength, std::string* pOut, std::string* pError)
 {
     pOut->clear();
     for (size_t i = 0; i < nLength; ++i) {
@@ -53,7 +53,7 @@ bool Unescape(const char* pText, size_t nLength, std::string* pOut, std::string*
     return true;
 }
 
-void AppendEscaped(const char* pData, size_t nLength, std::string* pOut)
+void NrvAppendEscaped(const char* pData, size_t nLength, std::string* pOut)
 {
     static const char kHex[] = "0123456789ABCDEF";
     for (size_t i = 0; i < nLength; ++i) {

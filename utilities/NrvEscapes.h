@@ -1,18 +1,18 @@
-// C-style escapes for scans and results given or shown on a terminal:
+// C-style escapes for scans and results typed or shown as one line of text:
 // \\ \r \n \t and \xHH, so that any byte can be typed and seen.
-#ifndef NRV_EDIT_ESCAPES_H
-#define NRV_EDIT_ESCAPES_H
+#ifndef NRV_ESCAPES_H
+#define NRV_ESCAPES_H
 
 #include <cstddef>
 #include <string>
 
 // Decodes pText[0..nLength) into *pOut (replacing its content). On a
 // malformed escape returns false and describes it in *pError.
-bool Unescape(const char* pText, size_t nLength, std::string* pOut, std::string* pError);
+bool NrvUnescape(const char* pText, size_t nLength, std::string* pOut, std::string* pError);
 
 // Appends the escaped form of pData[0..nLength) to *pOut. Printable ASCII
 // other than the backslash passes as is; everything else is escaped, so the
-// result is one line that Unescape turns back into the same bytes.
-void AppendEscaped(const char* pData, size_t nLength, std::string* pOut);
+// result is one line that NrvUnescape turns back into the same bytes.
+void NrvAppendEscaped(const char* pData, size_t nLength, std::string* pOut);
 
-#endif  // NRV_EDIT_ESCAPES_H
+#endif  // NRV_ESCAPES_H
