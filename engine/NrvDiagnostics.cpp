@@ -297,6 +297,10 @@ private:
             return;
         }
         m_Failure.message = m_Failure.command + " takes " + TakesWhat(pCommand->GetCommandInfo()) + ", but " + written;
+        const std::string parameters = Text(m_Call.parameters);
+        const size_t nFirst = parameters.find_first_not_of(' ');
+        if (nFirst != std::string::npos && parameters[nFirst] == ',')
+            m_Failure.message += " (a comma before the first parameter does not count)";
     }
 
     // The parameter text of the last call, as a window on the expression.
