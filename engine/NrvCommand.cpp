@@ -4,9 +4,9 @@
 
 #include "NrvDiagnostics.h"
 
-bool CNrvCommandOperation::CheckIfParametersAreCorrect() const
+bool CNrvCommandOperation::CheckParametersAgainst(const TNrvCommandInfo& row) const
 {
-    const size_t nCount = m_Row.nParameterCount;
+    const size_t nCount = row.nParameterCount;
     if (static_cast<size_t>(m_OperationsList.GetCount()) != nCount)
         return false;
     TNrvPosition position = m_OperationsList.GetHeadPosition();
@@ -15,7 +15,7 @@ bool CNrvCommandOperation::CheckIfParametersAreCorrect() const
         if (m_OperationsList.GetNext(&position, &pData) < 0)
             return false;
         const CNrvOperation* pParameter = static_cast<const CNrvOperation*>(pData);
-        const bool bFits = m_Row.pParameters[i].nKind == CNrvOperationResult::typeInt
+        const bool bFits = row.pParameters[i].nKind == CNrvOperationResult::typeInt
                                ? pParameter->CanResultBeAnInteger()
                                : pParameter->CanResultBeAString();
         if (!bFits)

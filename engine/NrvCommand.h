@@ -14,12 +14,8 @@
 
 class CNrvCommandOperation : public CNrvOperation {
 public:
-    size_t GetParameterCount() const override { return m_Row.nParameterCount; }
-    // Exactly one parameter per row entry, each of a type its position takes.
-    bool CheckIfParametersAreCorrect() const override;
-    int GetResultType() const override { return m_Row.nResultType; }
-
-    const TNrvCommandInfo& GetCommandInfo() const { return m_Row; }
+    // The command's row of the command table.
+    virtual const TNrvCommandInfo& GetCommandInfo() const = 0;
 
     // Why Run returned nCode although every parameter ran, said with the
     // parameters' values (pParameters holds one record per parameter),
@@ -28,13 +24,11 @@ public:
     virtual std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const;
 
 protected:
-    CNrvCommandOperation(CNrvDataEditingProfile* pDataEditing, const TNrvCommandInfo& row)
-        : CNrvOperation(pDataEditing), m_Row(row)
-    {
-    }
+    explicit CNrvCommandOperation(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
 
-private:
-    const TNrvCommandInfo& m_Row;
+    // Exactly one parameter per entry of the row, each of a type its
+    // position takes.
+    bool CheckParametersAgainst(const TNrvCommandInfo& row) const;
 };
 
 // For DescribeFailure: a parameter's integer as a signed 32-bit value, and
@@ -44,11 +38,18 @@ int NrvIntegerOf(const CNrvOperationResult& Value);
 std::string NrvDescribePositionFailure(const char* pszName, int nValue, size_t nTextLength);
 
 // The base of each command class TCommand, which names itself with
-// static constexpr const char* kName; the row is looked up once per class.
+// static constexpr const char* kName. The row is found once per class and
+// kept in no operation, so a command is no larger than any operation.
 template <class TCommand>
 class CNrvCommand : public CNrvCommandOperation {
+public:
+    size_t GetParameterCount() const override { return Row().nParameterCount; }
+    bool CheckIfParametersAreCorrect() const override { return CheckParametersAgainst(Row()); }
+    int GetResultType() const override { return Row().nResultType; }
+    const TNrvCommandInfo& GetCommandInfo() const override { return Row(); }
+
 protected:
-    explicit CNrvCommand(CNrvDataEditingProfile* pDataEditing) : CNrvCommandOperation(pDataEditing, Row()) {}
+    explicit CNrvCommand(CNrvDataEditingProfile* pDataEditing) : CNrvCommandOperation(pDataEditing) {}
 
 private:
     static const TNrvCommandInfo& Row()
