@@ -355,8 +355,10 @@ TEST(Dictionary, RegistersExactlyTheCommandTable)
         EXPECT_EQ(&row, &pCommand->GetCommandInfo());
         EXPECT_EQ(row.nParameterCount, pFirst->GetParameterCount());
         EXPECT_EQ(row.nResultType, pFirst->GetResultType());
-        for (const auto& pOther : made)
-            EXPECT_NE(typeid(*pOther), typeid(*pFirst)) << "shares a class with " << CommandName(pOther.get());
+        for (const auto& pOther : made) {
+            const CNrvOperation& other = *pOther;
+            EXPECT_NE(typeid(other), typeid(*pFirst)) << "shares a class with " << CommandName(&other);
+        }
         made.push_back(std::move(first));
 
         EXPECT_EQ(NRV_OK, profile.Parse(TrialCall(row, row.nParameterCount).c_str()));
