@@ -195,7 +195,7 @@ void PrintHelp()
             putchar('\n');
             nColumn = 0;
         }
-        nColumn += static_cast<size_t>(printf("%s%s", nColumn == 0 ? " " : " ", pCommands[i].pszName));
+        nColumn += static_cast<size_t>(printf("%s%s", nColumn == 0 ? "  " : " ", pCommands[i].pszName));
     }
     fputs("\n\nSymbologies (names in any case, or their numbers):\n", stdout);
     const int nColumns = 3;
