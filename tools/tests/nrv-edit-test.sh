@@ -373,6 +373,11 @@ json)
     expect "bytes map one to one onto U+0000..U+00FF" 0 \
         '{"scan":1,"code":0,"output":"q\"b\\\u0001\u007f\u0080\u00ff","nodes":[{"kind":"command","name":"DecodedData","offset":0,"length":15,"code":0,"value":"q\"b\\\u0001\u007f\u0080\u00ff","params":[]}]}' \
         '' --explain --json '{DecodedData()}'
+    expect "a scan the triggers leave alone: code 1, the scan, no nodes" 0 '{"scan":1,"code":1,"output":"ab","nodes":[]}' \
+        '' --explain --json --starts-with Z '{DecodedData()}' ab
+    expect "--explain --json with a parse error: the --check object" 2 \
+        '{"ok":false,"code":-83,"name":"NRV_ERR_UNKNOWN_COMMAND","offset":1,"length":4,"command":null,"message":"unknown command \"Nope\""}' \
+        '' --explain --json '{Nope()}' ab
     expect "--json alone is a usage error" 2 NONE "--json goes with --check or --explain" --json "$CUT2" x
     ;;
 
