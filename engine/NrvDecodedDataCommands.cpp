@@ -12,20 +12,10 @@ bool IsTrailerByte(char c)
 
 }  // namespace
 
-bool CNrvOperationDecodedData::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("");
-}
-
 NRVRESULT CNrvOperationDecodedData::Run(CNrvOperationResult& Result) const
 {
     const char* pszData = m_pDataEditing->GetOriginalDecodedData();
     return Result.WriteResult(pszData, m_pDataEditing->GetOriginalDecodedDataLength());
-}
-
-bool CNrvOperationDecodedDataWithoutTrailer::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("");
 }
 
 NRVRESULT CNrvOperationDecodedDataWithoutTrailer::Run(CNrvOperationResult& Result) const

@@ -25,11 +25,6 @@ signed char ShiftDigitUp(signed char cWork)
 
 }  // namespace
 
-bool CNrvOperationEscapeCharacter::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("S");
-}
-
 NRVRESULT CNrvOperationEscapeCharacter::Run(CNrvOperationResult& Result) const
 {
     CNrvOperationResult ResultParam1;
@@ -73,4 +68,9 @@ NRVRESULT CNrvOperationEscapeCharacter::Run(CNrvOperationResult& Result) const
         pszResult[index++] = static_cast<char>(cResult);
     pszResult[index] = '\0';
     return Result.WriteResult(pszResult.get(), index);
+}
+
+std::string CNrvOperationEscapeCharacter::DescribeFailure(NRVRESULT, CNrvOperationResult*) const
+{
+    return "hex is empty: there are no digits to turn into bytes";
 }

@@ -50,11 +50,6 @@ NRVRESULT WriteInserted(CNrvOperationResult* pParameters, bool bAfter, CNrvOpera
 
 }  // namespace
 
-bool CNrvOperationInsertAfterIndex::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("SIS");
-}
-
 NRVRESULT CNrvOperationInsertAfterIndex::Run(CNrvOperationResult& Result) const
 {
     // All three run before the index is looked at: a failing insert fails
@@ -66,9 +61,9 @@ NRVRESULT CNrvOperationInsertAfterIndex::Run(CNrvOperationResult& Result) const
     return WriteInserted(parameters, true, Result);
 }
 
-bool CNrvOperationInsertBeforeIndex::CheckIfParametersAreCorrect() const
+std::string CNrvOperationInsertAfterIndex::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
 {
-    return CheckParameterKinds("SIS");
+    return NrvDescribePositionFailure("index", NrvIntegerOf(pParameters[1]), pParameters[0].GetResultStringLength());
 }
 
 NRVRESULT CNrvOperationInsertBeforeIndex::Run(CNrvOperationResult& Result) const
@@ -78,4 +73,9 @@ NRVRESULT CNrvOperationInsertBeforeIndex::Run(CNrvOperationResult& Result) const
     if (result < 0)
         return result;
     return WriteInserted(parameters, false, Result);
+}
+
+std::string CNrvOperationInsertBeforeIndex::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
+{
+    return NrvDescribePositionFailure("index", NrvIntegerOf(pParameters[1]), pParameters[0].GetResultStringLength());
 }

@@ -11,14 +11,16 @@
 #include <vector>
 
 #include "NrvDataEditingProfile.h"
+#include "NrvDiagnostics.h"
 #include "NrvEscapes.h"
 #include "NrvParsingString.h"
 #include "NrvScanTypes.h"
 #include "NrvSymbologies.h"
 #include "command_list.h"
+#include "explain_print.h"
+#include "json.h"
 #include "line_io.h"
 #include "options.h"
-#include "result_codes.h"
 
 #ifndef NRV_EDIT_VERSION
 #define NRV_EDIT_VERSION "unknown"
@@ -34,18 +36,9 @@ int UsageError(const std::string& message)
     return kExitUsage;
 }
 
-struct STrace {
-    bool bEcho;
-    std::string firstError;  // where the parse went wrong, for the message
-};
-
-void OnTraceLine(bool bError, const char* pszLine, void* pContext)
+void OnTraceLine(bool bError, const char* pszLine, void*)
 {
-    STrace* pTrace = static_cast<STrace*>(pContext);
-    if (bError && pTrace->firstError.empty())
-        pTrace->firstError = pszLine;
-    if (pTrace->bEcho)
-        fprintf(stderr, "trace: %s%s\n", bError ? "ERROR: " : "", pszLine);
+    fprintf(stderr, "trace: %s%s\n", bError ? "ERROR: " : "", pszLine);
 }
 
 // Unescapes a trigger text given with -e. Triggers are zero-terminated
@@ -75,12 +68,17 @@ struct STriggerTexts {
 // Edits scans one at a time and prints one line for each.
 class CScanPrinter {
 public:
-    CScanPrinter(CNrvDataEditingProfile* pProfile, ENrvScanSymbologyID symbology, bool bEscapes, COutput* pOutput)
+    CScanPrinter(CNrvDataEditingProfile* pProfile, const SOptions& options, COutput* pOutput)
         : m_pProfile(pProfile),
-          m_Symbology(symbology),
+          m_pszExpression(options.pszExpression),
+          m_bExplain(options.bExplain),
+          m_bJson(options.bJson),
+          m_bColor(UseColor(options.color, STDOUT_FILENO)),
+          m_Symbology(options.symbology),
           // The engine never writes through the name; the record type is not const.
-          m_SymbologyName{strlen(NrvSymbologyName(symbology)), const_cast<char*>(NrvSymbologyName(symbology))},
-          m_bEscapes(bEscapes),
+          m_SymbologyName{strlen(NrvSymbologyName(options.symbology)),
+                          const_cast<char*>(NrvSymbologyName(options.symbology))},
+          m_bEscapes(options.bEscapes),
           m_pOutput(pOutput),
           m_nScan(0),
           m_bAnyFailed(false)
@@ -92,9 +90,15 @@ public:
         ++m_nScan;
         TNrvScanDecodedData record = {m_Symbology, m_SymbologyName, {nLength, pData}};
         const NRVRESULT result = m_pProfile->Edit(&record);
+        if (m_bExplain) {
+            Explain(result, pData, nLength, record.String);
+            return;
+        }
         if (result < 0) {
-            // The record is untouched: the scan goes out as it came in.
-            fprintf(stderr, "nrv-edit: scan %llu: %s\n", m_nScan, DescribeResult(result).c_str());
+            // The record is untouched: the scan goes out as it came in. Only
+            // now is the expression explained, to say which command failed.
+            const TNrvExplanation explanation = NrvExplain(m_pszExpression, pData, nLength);
+            fputs(FormatScanFailure(m_nScan, explanation.failure).c_str(), stderr);
             m_bAnyFailed = true;
         }
         if (m_bEscapes) {
@@ -108,10 +112,35 @@ public:
     }
 
     bool AnyFailed() const { return m_bAnyFailed; }
+
+private:
+    // --explain: the scan's tree (or JSON object) instead of its edited line.
+    void Explain(NRVRESULT result, const char* pData, size_t nLength, const TNrvScanString& edited)
+    {
+        m_bAnyFailed = m_bAnyFailed || result < 0;
+        std::string text;
+        if (result == NRV_OK_NOT_TRIGGERED && !m_bJson) {
+            text = FormatNotTriggered(m_nScan, pData, nLength);
+        } else {
+            const TNrvExplanation explanation =
+                result == NRV_OK_NOT_TRIGGERED ? TNrvExplanation() : NrvExplain(m_pszExpression, pData, nLength);
+            if (m_bJson)
+                text = JsonExplanation(m_nScan, result, std::string(edited.pValue, edited.nLength), explanation) + "\n";
+            else
+                text = FormatExplanation(m_nScan, pData, nLength, explanation, m_bColor);
+        }
+        m_pOutput->Write(text.data(), text.size());
+    }
+
+public:
     unsigned long long Count() const { return m_nScan; }
 
 private:
     CNrvDataEditingProfile* m_pProfile;
+    const char* m_pszExpression;
+    bool m_bExplain;
+    bool m_bJson;
+    bool m_bColor;
     ENrvScanSymbologyID m_Symbology;
     TNrvScanString m_SymbologyName;
     bool m_bEscapes;
@@ -150,6 +179,8 @@ int main(int argc, char** argv)
         return PrintCommandList() ? kExitOk : kExitScanFailed;
     if (options.pszExpression == nullptr)
         return UsageError("missing EXPRESSION");
+    if (options.bJson && !options.bCheck && !options.bExplain)
+        return UsageError("--json goes with --check or --explain");
 
     // Every usage mistake is reported before anything is parsed or read.
     const bool bFromArguments = !options.data.empty();
@@ -176,19 +207,21 @@ int main(int argc, char** argv)
     }
 
     CNrvDataEditingProfile profile;
-    STrace trace = {options.bTrace, std::string()};
-    CNrvParsingString::SetTraceCallback(OnTraceLine, &trace);
+    CNrvParsingString::SetTraceCallback(options.bTrace ? OnTraceLine : nullptr, nullptr);
     const NRVRESULT parsed = profile.Parse(options.pszExpression);
     CNrvParsingString::SetTraceCallback(nullptr, nullptr);
     if (parsed < 0) {
-        std::string message = "nrv-edit: cannot parse the expression: " + DescribeResult(parsed);
-        if (!trace.firstError.empty())
-            message += "; parser: " + trace.firstError;
-        fprintf(stderr, "%s\n", message.c_str());
+        // Asked only now: the diagnostic parses the expression once more.
+        const TNrvDiagnostic diagnostic = NrvDiagnoseParse(options.pszExpression);
+        if (options.bJson)
+            puts(JsonParseOutcome(diagnostic).c_str());
+        else
+            fputs(FormatParseError(options.pszExpression, diagnostic, UseColor(options.color, STDERR_FILENO)).c_str(),
+                  stderr);
         return kExitUsage;
     }
     if (options.bCheck) {
-        puts("ok");
+        puts(options.bJson ? JsonParseOutcome(TNrvDiagnostic()).c_str() : "ok");
         return kExitOk;
     }
 
@@ -202,7 +235,7 @@ int main(int argc, char** argv)
     profile.WriteTriggerEndsWith(triggers.endsWith.c_str());
 
     COutput output(STDOUT_FILENO);
-    CScanPrinter printer(&profile, options.symbology, options.bEscapes, &output);
+    CScanPrinter printer(&profile, options, &output);
 
     if (bFromArguments) {
         for (size_t i = 0; i < options.data.size(); ++i) {

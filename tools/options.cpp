@@ -3,7 +3,9 @@
 #include <getopt.h>
 
 #include <cstdio>
+#include <cstring>
 
+#include "NrvCommandTable.h"
 #include "NrvSymbologies.h"
 
 namespace {
@@ -19,6 +21,9 @@ enum {
     kOptTrace,
     kOptListCommands,
     kOptVersion,
+    kOptExplain,
+    kOptJson,
+    kOptColor,
 };
 
 const option kLongOptions[] = {
@@ -36,6 +41,9 @@ const option kLongOptions[] = {
     {"list-commands", no_argument, nullptr, kOptListCommands},
     {"help", no_argument, nullptr, 'h'},
     {"version", no_argument, nullptr, kOptVersion},
+    {"explain", no_argument, nullptr, kOptExplain},
+    {"json", no_argument, nullptr, kOptJson},
+    {"color", optional_argument, nullptr, kOptColor},
     {nullptr, 0, nullptr, 0},
 };
 
@@ -57,6 +65,21 @@ bool ParseSize(const char* pszText, size_t* pnSize)
     return true;
 }
 
+// --color alone means always, as with other tools.
+bool ParseColor(const char* pszWhen, EColor* pColor)
+{
+    const std::string when = pszWhen != nullptr ? pszWhen : "always";
+    if (when == "auto")
+        *pColor = kColorAuto;
+    else if (when == "always")
+        *pColor = kColorAlways;
+    else if (when == "never")
+        *pColor = kColorNever;
+    else
+        return false;
+    return true;
+}
+
 }  // namespace
 
 bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError)
@@ -75,6 +98,14 @@ bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError
         case kOptTrace: pOptions->bTrace = true; break;
         case kOptListCommands: pOptions->bListCommands = true; break;
         case kOptVersion: pOptions->bVersion = true; break;
+        case kOptExplain: pOptions->bExplain = true; break;
+        case kOptJson: pOptions->bJson = true; break;
+        case kOptColor:
+            if (!ParseColor(optarg, &pOptions->color)) {
+                *pError = std::string("invalid value '") + optarg + "' for --color (auto, always or never)";
+                return false;
+            }
+            break;
         case kOptContains: pOptions->pszContains = optarg; break;
         case kOptStartsWith: pOptions->pszStartsWith = optarg; break;
         case kOptEndsWith: pOptions->pszEndsWith = optarg; break;
@@ -131,6 +162,11 @@ void PrintHelp()
           "  -i, --input FILE         read the scans from FILE ('-' is standard input)\n"
           "  -s, --symbology NAME|N   the scans' symbology (default NotSpecified)\n"
           "      --check              only parse the expression: print 'ok' or the error\n"
+          "      --explain            for each scan, print what every command and literal\n"
+          "                           of the expression gave, as a tree\n"
+          "      --json               with --check or --explain: answer in JSON\n"
+          "      --color[=WHEN]       colour the messages: auto (on a terminal, unless\n"
+          "                           NO_COLOR is set), always or never\n"
           "      --trace              write the parser's trace on standard error\n"
           "      --list-commands      list the commands, their parameters and result\n"
           "  -h, --help               show this help\n"
@@ -147,8 +183,21 @@ void PrintHelp()
           "Exit status: 0 every scan edited or passed through; 1 some scan's edit failed\n"
           "(that scan is printed unchanged); 2 usage error or an expression that does not parse.\n"
           "\n"
-          "Symbologies (names in any case, or their numbers):\n",
+          "Commands (--list-commands shows their parameters):\n",
           stdout);
+    // Straight from the library's command table, so that the list is whole.
+    size_t nCommands = 0;
+    const TNrvCommandInfo* pCommands = NrvGetCommandTable(&nCommands);
+    size_t nColumn = 0;
+    for (size_t i = 0; i < nCommands; ++i) {
+        const size_t nName = strlen(pCommands[i].pszName);
+        if (nColumn != 0 && nColumn + 1 + nName > 78) {
+            putchar('\n');
+            nColumn = 0;
+        }
+        nColumn += static_cast<size_t>(printf("%s%s", nColumn == 0 ? "  " : " ", pCommands[i].pszName));
+    }
+    fputs("\n\nSymbologies (names in any case, or their numbers):\n", stdout);
     const int nColumns = 3;
     int nId = 0;
     for (; NrvSymbologyName(nId) != nullptr; ++nId) {

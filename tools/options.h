@@ -8,11 +8,16 @@
 
 #include "NrvScanTypes.h"
 
+enum EColor { kColorAuto, kColorAlways, kColorNever };
+
 struct SOptions {
     bool bEscapes = false;
     bool bCheck = false;
     bool bTrace = false;
     bool bListCommands = false;
+    bool bExplain = false;  // print each scan's explain tree instead of the edited line
+    bool bJson = false;     // --check and --explain answer in JSON
+    EColor color = kColorAuto;
     bool bHelp = false;
     bool bVersion = false;
     const char* pszInput = nullptr;  // -i FILE; null or "-" is standard input

@@ -5,6 +5,7 @@
 #
 # Usage: nrv-edit-test.sh PATH-TO-nrv-edit GROUP
 # Groups: parse-error failing-scan triggers escapes batch usage list-commands
+#         explain json color
 set -u
 
 TOOL=$1
@@ -92,19 +93,42 @@ SHOW='[{DecodedData()}]'
 case $GROUP in
 parse-error)
     input 'AB1234\n'
-    expect "unknown command names the code and the name" 2 NONE \
-        "nrv-edit: cannot parse the expression: NRV_ERR_UNKNOWN_COMMAND (-83): a name that is not a command; parser: Error unable to find the command:Frobnicate" \
+    expect "unknown command: the sentence, the expression, carets under the name" 2 NONE \
+        'nrv-edit: error: unknown command "Frobnicate" (NRV_ERR_UNKNOWN_COMMAND, -83)' \
         'x{Frobnicate({DecodedData()})}'
-    stderr_lines "one message for a parse error" 1
-    expect "parameter count" 2 NONE "NRV_ERR_PARAMETER_COUNT (-84)" '{TruncateFromBeginning({DecodedData()})}' AB1234
-    expect "text where a number is needed" 2 NONE "NRV_ERR_INVALID_PARAMETER (-18)" \
+    cases=$((cases + 1))
+    printf '%s\n' 'nrv-edit: error: unknown command "Frobnicate" (NRV_ERR_UNKNOWN_COMMAND, -83)' \
+        '  x{Frobnicate({DecodedData()})}' '    ^~~~~~~~~~' >"$WORK/expected"
+    if ! cmp -s "$WORK/err" "$WORK/expected"; then
+        failures=$((failures + 1))
+        echo "FAIL the whole caret message"; sed 's/^/  | /' "$WORK/err"
+    fi
+    expect "parameter count: the command, what it takes, what is written" 2 NONE \
+        "error: TruncateFromBeginning takes 2 parameters (text, count), but 1 is written (NRV_ERR_PARAMETER_COUNT, -84)" \
+        '{TruncateFromBeginning({DecodedData()})}' AB1234
+    expect "text where a number is needed: which parameter" 2 NONE \
+        "parameter 2 (count) of TruncateFromBeginning must be a number, but DecodedData gives a text" \
         '{TruncateFromBeginning({DecodedData()},{DecodedData()})}' AB1234
-    expect "unbalanced delimiter" 2 NONE "NRV_ERR_SYNTAX (-52)" '{{DecodedData()}' AB1234
-    expect "names are case-sensitive" 2 NONE "find the command:decodedData" '{decodedData()}' AB
+    expect "carets under the wrong parameter" 2 NONE \
+        "                                       ^~~~~~~~~~~~~~" '{TruncateFromBeginning({DecodedData()},{DecodedData()})}' AB1234
+    expect "unbalanced delimiter: the brace without a partner" 2 NONE "error: this { has no matching } (NRV_ERR_SYNTAX, -52)" \
+        '{{DecodedData()}' AB1234
+    stderr_lines "message, expression, carets" 3
+    expect "a suggestion for the case" 2 NONE 'unknown command "decodedData"; did you mean DecodedData?' '{decodedData()}' AB
+    # A tab is shown as \t and the carets still fall under the name.
+    expect "control bytes escaped, carets aligned" 2 NONE '  a\tb{Nope()}
+       ^~~~' "$(printf 'a\tb{Nope()}')" x
+    long=$(awk 'BEGIN { for (i = 0; i < 20; i++) printf "{DecodedData()}"; printf "{Nope()}"; for (i = 0; i < 20; i++) printf "{DecodedData()}" }')
+    expect "a long expression is shown as a window around the culprit" 2 NONE '  ...DecodedData()}{DecodedData()}{Nope()}{DecodedData()}{DecodedData()}' "$long" x
+    cases=$((cases + 1))
+    if [ "$(sed -n 2p "$WORK/err" | wc -c)" -gt 120 ]; then
+        failures=$((failures + 1))
+        echo "FAIL the window is too wide"
+    fi
     # The expression is refused before the input is opened.
     expect "parse error before the input is opened" 2 NONE "NRV_ERR_UNKNOWN_COMMAND" -i "$WORK/missing" '{Nope()}'
     expect "--check accepts" 0 "ok" '' --check "Code: $CUT2"
-    expect "--check refuses" 2 NONE "NRV_ERR_UNKNOWN_COMMAND (-83)" --check '{Nope()}'
+    expect "--check refuses" 2 NONE "NRV_ERR_UNKNOWN_COMMAND, -83" --check '{Nope()}'
     input 'AB1234\n'
     expect "--check reads no scan" 0 "ok" '' --check "$CUT2"
     expect "--trace marks the error line" 2 NONE "trace: ERROR: Error unable to find the command:Nope" --trace '{Nope()}' x
@@ -116,13 +140,16 @@ failing-scan)
     expect "failing scans pass unchanged and lines stay aligned" 1 "1234
 A
 99
-AB" "nrv-edit: scan 2: NRV_ERR_OUT_OF_RANGE (-43): " "$CUT2"
+AB" "nrv-edit: scan 2: TruncateFromBeginning: count 2 is not less than the length 1 of the text (NRV_ERR_OUT_OF_RANGE, -43)" "$CUT2"
     stderr_lines "one message per failing scan" 2
     expect "the last failing scan is numbered" 1 "x
-ok" "nrv-edit: scan 1: NRV_ERR_OUT_OF_RANGE (-43)" '{TruncateFromEnd({DecodedData()},2)}' x okok
+ok" "nrv-edit: scan 1: TruncateFromEnd: count 2 is not less than the length 1 of the text" '{TruncateFromEnd({DecodedData()},2)}' x okok
     expect "every scan edited: status 0" 0 "1234
 99" '' "$CUT2" AB1234 CD99
-    expect "empty scan" 1 "" "scan 1: NRV_ERR_OUT_OF_RANGE" '{TruncateFromBeginning({DecodedData()},0)}' ''
+    expect "empty scan" 1 "" "scan 1: TruncateFromBeginning: count 0 is not less than the length 0 of the text" \
+        '{TruncateFromBeginning({DecodedData()},0)}' ''
+    expect "the command that failed first, inside another" 1 "AB" \
+        "scan 1: Extract: stopMarker is empty (NRV_ERR_OUT_OF_RANGE, -43)" '{MakeUpperCase({Extract({DecodedData()},[,)})}' AB
     ;;
 
 triggers)
@@ -257,24 +284,140 @@ usage)
     ;;
 
 list-commands)
-    expect "all eighteen commands with their parameters" 0 "DecodedData()                                      -> text
-TruncateFromBeginning(text, index)                 -> text
-TruncateFromEnd(text, index)                       -> text
-Replace(text, text, text)                          -> text
-Substitute(text, text, text)                       -> text
-EscapeCharacter(text)                              -> text
-InsertAfterIndex(text, index, text)                -> text
-InsertBeforeIndex(text, index, text)               -> text
-FindFirstFromIndex(text, index, text, index)       -> index
-FindLastFromIndex(text, index, text, index)        -> index
-MakeUpperCase(text)                                -> text
-MakeLowerCase(text)                                -> text
-ReplaceNonPrintableCharacters(text, text)          -> text
-DecodedDataWithoutTrailer()                        -> text
-TruncateAfterIndex(text, index, index)             -> text
-TruncateBeforeIndex(text, index, index)            -> text
-Substring(text, index, index)                      -> text
-Extract(text, text, text)                          -> text" '' --list-commands
+    expect "every command with its parameters, result and summary" 0 "DecodedData() -> text
+    the scan's bytes, exactly as read
+TruncateFromBeginning(text: text, count: number) -> text
+    text without its first count bytes
+TruncateFromEnd(text: text, count: number) -> text
+    text without its last count bytes
+Replace(text: text, search: text, replacement: text) -> text
+    text with the first occurrence of search replaced by replacement
+Substitute(text: text, set: text, replacement: text) -> text
+    text with every byte that occurs in set replaced by replacement
+EscapeCharacter(hex: text) -> text
+    the bytes spelled by pairs of hexadecimal digits
+InsertAfterIndex(text: text, index: number, insert: text) -> text
+    insert put behind the byte at index
+InsertBeforeIndex(text: text, index: number, insert: text) -> text
+    insert put in front of the byte at index
+FindFirstFromIndex(text: text, start: number, search: text, offset: number) -> number
+    where the first search at or after start begins, plus offset
+FindLastFromIndex(text: text, start: number, search: text, offset: number) -> number
+    where the last search begins (the first at or after start, else the last before it), plus offset
+MakeUpperCase(text: text) -> text
+    text with a-z made A-Z
+MakeLowerCase(text: text) -> text
+    text with A-Z made a-z
+ReplaceNonPrintableCharacters(text: text, replacement: text) -> text
+    text with every byte below 0x20 or from 0x80 up replaced by replacement
+DecodedDataWithoutTrailer() -> text
+    the scan without the control bytes at its end
+TruncateAfterIndex(text: text, index: number, offset: number) -> text
+    the bytes of text before index + offset
+TruncateBeforeIndex(text: text, index: number, offset: number) -> text
+    the bytes of text from index + offset on
+Substring(text: text, start: number, stop: number) -> text
+    the bytes of text from start up to, not including, stop
+Extract(text: text, startMarker: text, stopMarker: text) -> text
+    the bytes after the first startMarker and before the last stopMarker" '' --list-commands
+    cases=$((cases + 1))
+    if ! "$TOOL" --help | grep -q 'ReplaceNonPrintableCharacters'; then
+        failures=$((failures + 1))
+        echo "FAIL --help does not name the commands"
+    fi
+    ;;
+
+explain)
+    expect "a tree per scan, values indented under their commands" 0 'scan 1: "AB1234" => "Code: 1234"
+  "Code: " => "Code: "
+  TruncateFromBeginning => "1234"
+    DecodedData => "AB1234"
+    2 => 2' '' --explain "Code: $CUT2" AB1234
+    expect "the failing command marked, later nodes not run" 1 'scan 1: "AB" => failed, left unchanged (NRV_ERR_OUT_OF_RANGE, -43)
+  MakeUpperCase => failed (NRV_ERR_OUT_OF_RANGE, -43)
+    TruncateFromEnd => FAILED: count 5 is not less than the length 2 of the text (NRV_ERR_OUT_OF_RANGE, -43)
+      DecodedData => "AB"
+      5 => 5
+  "x" (not run)
+  DecodedData (not run)
+scan 2: "abcdef" => "Axabcdef"
+  MakeUpperCase => "A"
+    TruncateFromEnd => "a"
+      DecodedData => "abcdef"
+      5 => 5
+  "x" => "x"
+  DecodedData => "abcdef"' '' --explain '{MakeUpperCase({TruncateFromEnd({DecodedData()},5)})}x{DecodedData()}' AB abcdef
+    expect "bytes in values are escaped" 0 'scan 1: "a\x00\r" => "a"
+  DecodedDataWithoutTrailer => "a"' '' --explain -e '{DecodedDataWithoutTrailer()}' 'a\x00\r'
+    expect "a scan the triggers leave alone" 0 'scan 1: "xy" not triggered, left unchanged' '' --explain --starts-with AB "$CUT2" xy
+    expect "a parse error is reported as without --explain" 2 NONE "error: unknown command" --explain '{Nope()}' x
+    ;;
+
+json)
+    expect "--check --json accepts" 0 '{"ok":true}' '' --check --json "$CUT2"
+    expect "--check --json refuses with the culprit's range" 2 \
+        '{"ok":false,"code":-84,"name":"NRV_ERR_PARAMETER_COUNT","offset":1,"length":21,"command":"TruncateFromBeginning","message":"TruncateFromBeginning takes 2 parameters (text, count), but 3 are written"}' \
+        '' --check --json '{TruncateFromBeginning({DecodedData()},2,3)}'
+    expect "no command: null" 2 \
+        '{"ok":false,"code":-52,"name":"NRV_ERR_SYNTAX","offset":0,"length":1,"command":null,"message":"this { has no matching }"}' \
+        '' --check --json '{{DecodedData()}'
+    expect "--explain --json: one object per scan" 0 \
+        '{"scan":1,"code":0,"output":"AB-","nodes":[{"kind":"command","name":"MakeUpperCase","offset":0,"length":32,"code":0,"value":"AB","params":[{"kind":"command","name":"DecodedData","offset":15,"length":15,"code":0,"value":"ab","params":[]}]},{"kind":"text","name":"-","offset":32,"length":1,"code":0,"value":"-","params":[]}]}' \
+        '' --explain --json '{MakeUpperCase({DecodedData()})}-' ab
+    expect "integers, not-run nodes and the failure" 1 \
+        '{"scan":1,"code":-43,"output":"A","nodes":[{"kind":"command","name":"TruncateFromEnd","offset":0,"length":36,"code":-43,"value":null,"params":[{"kind":"command","name":"DecodedData","offset":17,"length":15,"code":0,"value":"A","params":[]},{"kind":"integer","name":"1","offset":33,"length":1,"code":0,"value":1,"params":[]}]},{"kind":"text","name":"!","offset":36,"length":1,"code":null,"value":null,"params":[]}],"failure":{"code":-43,"name":"NRV_ERR_OUT_OF_RANGE","offset":1,"length":15,"command":"TruncateFromEnd","message":"count 1 is not less than the length 1 of the text"}}' \
+        '' --explain --json '{TruncateFromEnd({DecodedData()},1)}!' A
+    # Every byte maps to the code point of its value: quote, backslash and
+    # controls escaped, 0x80..0xFF as \u0080..\u00ff.
+    input 'q"b\\\001\177\200\377\n'
+    expect "bytes map one to one onto U+0000..U+00FF" 0 \
+        '{"scan":1,"code":0,"output":"q\"b\\\u0001\u007f\u0080\u00ff","nodes":[{"kind":"command","name":"DecodedData","offset":0,"length":15,"code":0,"value":"q\"b\\\u0001\u007f\u0080\u00ff","params":[]}]}' \
+        '' --explain --json '{DecodedData()}'
+    expect "a scan the triggers leave alone: code 1, the scan, no nodes" 0 '{"scan":1,"code":1,"output":"ab","nodes":[]}' \
+        '' --explain --json --starts-with Z '{DecodedData()}' ab
+    expect "--explain --json with a parse error: the --check object" 2 \
+        '{"ok":false,"code":-83,"name":"NRV_ERR_UNKNOWN_COMMAND","offset":1,"length":4,"command":null,"message":"unknown command \"Nope\""}' \
+        '' --explain --json '{Nope()}' ab
+    expect "--json alone is a usage error" 2 NONE "--json goes with --check or --explain" --json "$CUT2" x
+    ;;
+
+color)
+    expect "never: no escape sequences" 2 NONE "nrv-edit: error: unknown command" --color=never '{Nope()}' x
+    cases=$((cases + 1))
+    if grep -q "$(printf '\033')" "$WORK/err"; then
+        failures=$((failures + 1))
+        echo "FAIL --color=never wrote an escape sequence"
+    fi
+    expect "always: the error and the carets coloured" 2 NONE "$(printf '\033[1;31merror:\033[0m')" --color=always '{Nope()}' x
+    expect "always: carets in green" 2 NONE "$(printf '\033[1;32m^~~~\033[0m')" --color=always '{Nope()}' x
+    expect "--color alone is always" 2 NONE "$(printf '\033[1;31merror:')" --color '{Nope()}' x
+    # Standard error is a file here, so auto means no colour; NO_COLOR too.
+    expect "auto: no colour when not a terminal" 2 NONE "nrv-edit: error: unknown" '{Nope()}' x
+    cases=$((cases + 1))
+    if NO_COLOR=1 "$TOOL" --color=auto '{Nope()}' x 2>&1 | grep -q "$(printf '\033')"; then
+        failures=$((failures + 1))
+        echo "FAIL NO_COLOR is not honoured"
+    fi
+    # On a terminal (made by script(1), where it can make one), auto colours
+    # unless NO_COLOR is set.
+    : >"$WORK/tty"
+    if command -v script >/dev/null 2>&1; then
+        script -qec "\"$TOOL\" '{Nope()}' x" /dev/null >"$WORK/tty" 2>&1 </dev/null
+    fi
+    if grep -q 'unknown command' "$WORK/tty"; then
+        cases=$((cases + 1))
+        if ! grep -q "$(printf '\033\\[1;31m')" "$WORK/tty"; then
+            failures=$((failures + 1))
+            echo "FAIL auto does not colour on a terminal"
+        fi
+        cases=$((cases + 1))
+        NO_COLOR=1 script -qec "\"$TOOL\" '{Nope()}' x" /dev/null >"$WORK/tty" 2>&1 </dev/null
+        if grep -q "$(printf '\033')" "$WORK/tty"; then
+            failures=$((failures + 1))
+            echo "FAIL NO_COLOR is not honoured on a terminal"
+        fi
+    fi
+    expect "an unknown value" 2 NONE "invalid value 'sometimes' for --color" --color=sometimes '{Nope()}' x
     ;;
 
 *)
