@@ -1,0 +1,500 @@
+// The playground page: reads the fields, asks the engine (nrv-engine.js, the
+// library compiled to WebAssembly) and draws what it answers. Every edit,
+// diagnostic and explain tree comes from the engine; this file only moves
+// text in and out and keeps the page's state in the URL fragment.
+'use strict';
+
+// The README's common jobs, and a few real scans to try them on.
+const EXAMPLES = [
+  {title: 'Cut a prefix', expression: '{TruncateFromBeginning({DecodedData()},2)}', scans: 'AB1234'},
+  {title: 'Take the field between [ and ]', expression: '{Extract({DecodedData()},[,])}', scans: 'LOT[A17]EXP'},
+  {title: 'Strip the trailing CR LF', expression: '{DecodedDataWithoutTrailer()}', scans: '12345\\r\\n\nABC\\r',
+   escapes: true},
+  {title: 'Show control bytes', expression: '{DecodedData()}', scans: '01\\x1d17\\r\\n', escapes: true},
+  {title: 'Edit only Code 128 scans starting with AB', expression: 'Code: {DecodedData()}', scans: 'AB12\nXY34',
+   symbology: 'Code128', only: ['Code128'], startsWith: 'AB'},
+  {title: 'Group separators made visible', expression: '{Substitute({DecodedData()},{EscapeCharacter(1D)},|)}',
+   scans: '10567\\x1d1101010113010101\n10567890\\x1d11010101', escapes: true},
+  {title: 'A mistake, underlined', expression: '{TruncateFromBeginning({DecodedData()},2,3)}', scans: 'AB1234'},
+];
+
+// Decoded scans of real barcodes, in the escaped form.
+const SAMPLE_SCANS = [
+  '9780735619937', '55123457', '1PEF224A4', 'ABC123', 'A12345B', '0100034567890125',
+  '10567\\x1D1101010113010101', '101098,1234', 'http://code.google.com', 'H15-03-34',
+  'symbologyIdentifier=]C1\\n', '!"\\xC2\\xA7$%&/()=?`', 'Hello World',
+];
+
+// Past this size the scans stay out of the link (browsers cut long URLs).
+const MAX_FRAGMENT_SCANS = 8000;
+// Failed scans described at once; the rest are described while the page idles.
+const EAGER_FAILURES = 200;
+
+const $ = (id) => document.getElementById(id);
+const fields = {
+  expression: $('expression'), scans: $('scans'), escapes: $('escapes'), symbology: $('symbology'),
+  minSize: $('min-size'), maxSize: $('max-size'), startsWith: $('starts-with'), endsWith: $('ends-with'),
+  contains: $('contains'), only: $('only-symbology'),
+};
+
+let engine = null;
+let symbologies = [];
+let lastRows = [];
+let selectedIndex = 0;
+let describeJob = 0;
+
+// --- Calling the engine ----------------------------------------------------
+
+// Calls an exported function; strings go through the heap (not the stack,
+// which a file of scans would overflow) and the JSON reply is parsed.
+function call(name, ...args) {
+  const pointers = [];
+  const values = args.map((arg) => {
+    if (typeof arg !== 'string') return arg;
+    const size = engine.lengthBytesUTF8(arg) + 1;
+    const pointer = engine._malloc(size);
+    engine.stringToUTF8(arg, pointer, size);
+    pointers.push(pointer);
+    return pointer;
+  });
+  try {
+    const reply = JSON.parse(engine.UTF8ToString(engine['_' + name](...values)));
+    if (reply && reply.outOfMemory) throw new Error('out of memory');
+    return reply;
+  } finally {
+    pointers.forEach((pointer) => engine._free(pointer));
+  }
+}
+
+// The escaped form of raw bytes, as nrv-edit -e writes them.
+function escapeBytes(bytes) {
+  const pointer = engine._malloc(bytes.length + 1);
+  engine.HEAPU8.set(bytes, pointer);
+  try {
+    return engine.UTF8ToString(engine._nrv_escape(pointer, bytes.length));
+  } finally {
+    engine._free(pointer);
+  }
+}
+
+// --- Byte offsets and the expression's highlights ---------------------------
+
+// The engine counts bytes of UTF-8; the text field counts UTF-16 units.
+function charIndex(text, byteOffset) {
+  let bytes = 0;
+  for (let i = 0; i < text.length; i++) {
+    if (bytes >= byteOffset) return i;
+    const code = text.codePointAt(i);
+    bytes += code < 0x80 ? 1 : code < 0x800 ? 2 : code < 0x10000 ? 3 : 4;
+    if (code >= 0x10000) i++;
+  }
+  return text.length;
+}
+
+function escapeHtml(text) {
+  return text.replace(/[&<>"]/g, (c) => ({'&': '&amp;', '<': '&lt;', '>': '&gt;', '"': '&quot;'}[c]));
+}
+
+let errorRange = null;  // [start, end) in characters, or null
+let hoverRange = null;
+
+// Redraws the backdrop behind the expression: the same text, transparent,
+// with the error underlined and the hovered node shaded.
+function drawBackdrop() {
+  const text = fields.expression.value;
+  const marks = [];
+  if (errorRange) marks.push({range: errorRange, cls: 'error-mark'});
+  if (hoverRange) marks.push({range: hoverRange, cls: 'hover-mark'});
+  const cuts = new Set([0, text.length]);
+  marks.forEach((m) => { cuts.add(m.range[0]); cuts.add(m.range[1]); });
+  const points = [...cuts].sort((a, b) => a - b);
+  let html = '';
+  for (let i = 0; i + 1 < points.length; i++) {
+    const [from, to] = [points[i], points[i + 1]];
+    const classes = marks.filter((m) => m.range[0] <= from && to <= m.range[1]).map((m) => m.cls);
+    const piece = escapeHtml(text.slice(from, to));
+    html += classes.length ? `<mark class="${classes.join(' ')}">${piece}</mark>` : piece;
+  }
+  // An error at the very end (a missing brace) still needs something to underline.
+  if (errorRange && errorRange[0] === errorRange[1]) html += '<mark class="error-mark caret">&nbsp;</mark>';
+  $('expression-backdrop').innerHTML = html + '\n';
+  syncBackdropScroll();
+}
+
+function syncBackdropScroll() {
+  const backdrop = $('expression-backdrop');
+  backdrop.scrollTop = fields.expression.scrollTop;
+  backdrop.scrollLeft = fields.expression.scrollLeft;
+}
+
+function rangeOf(text, offset, length) {
+  return [charIndex(text, offset), charIndex(text, offset + length)];
+}
+
+// --- Parse, edit, draw --------------------------------------------------------
+
+function parseExpression() {
+  const text = fields.expression.value;
+  const diagnostic = call('nrv_parse', text);
+  const box = $('diagnostic');
+  if (diagnostic.code < 0) {
+    box.dataset.code = diagnostic.code;
+    box.dataset.offset = diagnostic.offset;
+    box.dataset.length = diagnostic.length;
+    const where = diagnostic.command ? `${diagnostic.command}: ` : '';
+    box.textContent = `${where}${diagnostic.message} (${diagnostic.name}, ${diagnostic.code}, ` +
+                      `at byte ${diagnostic.offset})`;
+    errorRange = rangeOf(text, diagnostic.offset, diagnostic.length);
+  } else {
+    delete box.dataset.code;
+    delete box.dataset.offset;
+    delete box.dataset.length;
+    box.textContent = '';
+    errorRange = null;
+  }
+  $('parse-ok').hidden = diagnostic.code < 0;
+  drawBackdrop();
+}
+
+function selectedSymbologies() {
+  return [...fields.only.selectedOptions].map((o) => o.value);
+}
+
+function applyTriggers() {
+  const reply = call('nrv_set_triggers', Number(fields.minSize.value) || 0, Number(fields.maxSize.value) || 0,
+                     selectedSymbologies().join(','), fields.contains.value, fields.startsWith.value,
+                     fields.endsWith.value, fields.escapes.checked ? 1 : 0);
+  $('trigger-error').textContent = reply.ok ? '' : `${reply.trigger}: ${reply.message}`;
+}
+
+function statusOf(row) {
+  const [code, , command, message] = row;
+  if (code === null) return {cls: 'bad-line', text: `not read: ${message}`};
+  if (code === 1) return {cls: 'not-triggered', text: 'not triggered'};
+  if (code >= 0) return {cls: 'edited', text: 'edited'};
+  if (message === undefined) return {cls: 'failed', text: `failed (${code})`};
+  return {cls: 'failed', text: `failed: ${command ? command + ': ' : ''}${message} (${code})`};
+}
+
+function scanLines() {
+  const text = fields.scans.value;
+  if (text === '') return [];
+  const lines = text.split('\n');
+  if (lines[lines.length - 1] === '') lines.pop();
+  return lines;
+}
+
+// Edits every scan and redraws the results in one assignment.
+function editScans() {
+  const reply = call('nrv_edit_lines', fields.scans.value, Number(fields.symbology.value),
+                     fields.escapes.checked ? 1 : 0);
+  const rows = reply.rows;
+  const lines = scanLines();
+  let failed = 0;
+  rows.forEach((row, i) => {
+    if (row[0] !== null && row[0] < 0 && failed++ >= EAGER_FAILURES) row.length = 2;
+  });
+  const counts = {edited: 0, 'not-triggered': 0, failed: 0, 'bad-line': 0};
+  const parts = new Array(rows.length);
+  for (let i = 0; i < rows.length; i++) {
+    const row = rows[i];
+    const status = statusOf(row);
+    counts[status.cls]++;
+    const selected = i + 1 === selectedIndex ? ' selected' : '';
+    parts[i] = `<div class="result ${status.cls}${selected}" role="listitem" data-scan-index="${i + 1}" ` +
+               `data-code="${row[0] === null ? '' : row[0]}"><span class="n">${i + 1}</span>` +
+               `<span class="scan">${escapeHtml(lines[i] || '')}</span>` +
+               `<span class="output">${escapeHtml(row[1])}</span>` +
+               `<span class="status">${escapeHtml(status.text)}</span></div>`;
+  }
+  $('results').innerHTML = parts.join('');
+  lastRows = rows;
+  $('scan-count').textContent = `${rows.length} scan${rows.length === 1 ? '' : 's'}`;
+  $('summary').textContent = `${counts.edited} edited, ${counts['not-triggered']} not triggered, ` +
+                             `${counts.failed} failed` + (counts['bad-line'] ? `, ${counts['bad-line']} not read` : '');
+  if (failed > EAGER_FAILURES) describeLater(lines);
+  if (selectedIndex > rows.length) selectedIndex = 0;
+  drawExplain();
+}
+
+// Fills in the failures past the first EAGER_FAILURES in small batches, so
+// that typing never waits for them.
+function describeLater(lines) {
+  const job = ++describeJob;
+  const expression = fields.expression.value;
+  const escapes = fields.escapes.checked ? 1 : 0;
+  let i = 0;
+  const step = (deadline) => {
+    if (job !== describeJob) return;
+    const items = $('results').children;
+    while (i < lastRows.length && deadline.timeRemaining() > 2) {
+      const row = lastRows[i];
+      if (row[0] !== null && row[0] < 0 && row.length === 2) {
+        const why = call('nrv_explain', expression, lines[i], escapes).failure;
+        row.push(why.command, why.message);
+        items[i].querySelector('.status').textContent = statusOf(row).text;
+      }
+      i++;
+    }
+    if (i < lastRows.length) requestIdleCallback(step);
+  };
+  requestIdleCallback(step);
+}
+
+// --- Explain -------------------------------------------------------------------
+
+function nodeHtml(node) {
+  const label = node.kind === 'command' ? `<span class="node-name">${escapeHtml(node.name)}</span>`
+                                        : `<span class="node-literal">${escapeHtml(node.name)}</span>`;
+  let value;
+  if (!node.run) value = '<span class="not-run">not run</span>';
+  else if (node.code < 0) value = `<span class="node-failed">failed (${node.code})</span>`;
+  else value = `→ <span class="node-value${node.integer ? ' integer' : ''}">${escapeHtml(node.value)}</span>`;
+  const children = node.params.length ? `<ul>${node.params.map(nodeHtml).join('')}</ul>` : '';
+  return `<li><span class="node" data-offset="${node.offset}" data-length="${node.length}">` +
+         `<span class="node-kind">${node.kind}</span> ${label} ${value}</span>${children}</li>`;
+}
+
+function drawExplain() {
+  const box = $('explain');
+  if (!selectedIndex) {
+    box.innerHTML = '<p class="hint">No scan selected.</p>';
+    return;
+  }
+  const line = scanLines()[selectedIndex - 1] || '';
+  const result = call('nrv_explain', fields.expression.value, line, fields.escapes.checked ? 1 : 0);
+  if (!result.line) {
+    box.innerHTML = `<p class="error">Scan ${selectedIndex} cannot be read: ${escapeHtml(result.message)}</p>`;
+    return;
+  }
+  let head = `<p>Scan ${selectedIndex}: `;
+  if (result.code >= 0) {
+    head += `<span class="edited-text">${escapeHtml(result.output)}</span>`;
+  } else {
+    const failure = result.failure;
+    head += `<span class="error">${failure.command ? escapeHtml(failure.command) + ': ' : ''}` +
+            `${escapeHtml(failure.message)} (${failure.name}, ${failure.code})</span>`;
+  }
+  head += ' <span class="hint">(triggers are not applied here)</span></p>';
+  const tree = result.nodes.length ? `<ul class="tree">${result.nodes.map(nodeHtml).join('')}</ul>`
+                                   : '<p class="hint">The engine gave no tree for this expression.</p>';
+  box.innerHTML = head + tree;
+}
+
+// --- State in the URL fragment ---------------------------------------------------
+
+function stateToFragment() {
+  const p = new URLSearchParams();
+  p.set('e', fields.expression.value);
+  if (fields.scans.value.length <= MAX_FRAGMENT_SCANS) p.set('s', fields.scans.value);
+  if (fields.escapes.checked) p.set('x', '1');
+  if (fields.symbology.value !== '0') p.set('y', symbologies[fields.symbology.value]);
+  if (fields.minSize.value) p.set('min', fields.minSize.value);
+  if (fields.maxSize.value) p.set('max', fields.maxSize.value);
+  if (fields.startsWith.value) p.set('sw', fields.startsWith.value);
+  if (fields.endsWith.value) p.set('ew', fields.endsWith.value);
+  if (fields.contains.value) p.set('c', fields.contains.value);
+  const only = selectedSymbologies().map((id) => symbologies[id]);
+  if (only.length) p.set('only', only.join(','));
+  return '#' + p.toString();
+}
+
+function symbologyId(name) {
+  const id = symbologies.findIndex((s) => s.toLowerCase() === String(name).toLowerCase());
+  return id < 0 ? 0 : id;
+}
+
+// Sets the fields from a state (a parsed fragment or an example).
+function setState(state) {
+  fields.expression.value = state.expression || '';
+  if (state.scans !== undefined) fields.scans.value = state.scans;
+  fields.escapes.checked = !!state.escapes;
+  fields.symbology.value = String(symbologyId(state.symbology || 'NotSpecified'));
+  fields.minSize.value = state.min || '';
+  fields.maxSize.value = state.max || '';
+  fields.startsWith.value = state.startsWith || '';
+  fields.endsWith.value = state.endsWith || '';
+  fields.contains.value = state.contains || '';
+  const only = new Set((state.only || []).map(symbologyId));
+  [...fields.only.options].forEach((o) => { o.selected = only.has(Number(o.value)); });
+}
+
+function stateFromFragment(hash) {
+  const p = new URLSearchParams(hash.replace(/^#/, ''));
+  return {
+    expression: p.get('e') || '', scans: p.has('s') ? p.get('s') : undefined, escapes: p.get('x') === '1',
+    symbology: p.get('y'), min: p.get('min'), max: p.get('max'), startsWith: p.get('sw'),
+    endsWith: p.get('ew'), contains: p.get('c'), only: p.get('only') ? p.get('only').split(',') : [],
+  };
+}
+
+let fragmentTimer = 0;
+function saveFragment() {
+  clearTimeout(fragmentTimer);
+  fragmentTimer = setTimeout(() => history.replaceState(null, '', stateToFragment()), 150);
+}
+
+// --- Everything at once --------------------------------------------------------
+
+function refresh() {
+  try {
+    parseExpression();
+    applyTriggers();
+    editScans();
+  } catch (e) {
+    $('diagnostic').textContent = `The engine could not finish: ${e.message}. Shorten the expression or the scans.`;
+  }
+  saveFragment();
+}
+
+function insertAtCursor(text) {
+  const field = fields.expression;
+  const start = field.selectionStart;
+  const end = field.selectionEnd;
+  field.setRangeText(text, start, end, 'select');
+  field.focus();
+  refresh();
+}
+
+function commandTemplate(command) {
+  const params = command.parameters.map((p, i) => {
+    if (i === 0 && p.name === 'text') return '{DecodedData()}';
+    return p.kind === 'number' ? '0' : p.name;
+  });
+  return `{${command.name}(${params.join(',')})}`;
+}
+
+function buildReference() {
+  const list = $('commands');
+  call('nrv_commands').forEach((command) => {
+    const item = document.createElement('li');
+    const button = document.createElement('button');
+    button.type = 'button';
+    button.className = 'command';
+    button.dataset.command = command.name;
+    const signature = command.parameters.map((p) => `${p.name}${p.kind === 'number' ? '#' : ''}`).join(', ');
+    button.innerHTML = `<code>${escapeHtml(command.name)}(${escapeHtml(signature)})</code>` +
+                       ` <span class="result-kind">→ ${command.result}</span>` +
+                       `<span class="summary">${escapeHtml(command.summary)}</span>`;
+    button.title = `Insert ${commandTemplate(command)}`;
+    button.addEventListener('mousedown', (e) => e.preventDefault());  // keep the cursor in the expression
+    button.addEventListener('click', () => insertAtCursor(commandTemplate(command)));
+    item.appendChild(button);
+    list.appendChild(item);
+  });
+  const examples = $('examples');
+  EXAMPLES.forEach((example) => {
+    const item = document.createElement('li');
+    const button = document.createElement('button');
+    button.type = 'button';
+    button.className = 'example';
+    button.innerHTML = `${escapeHtml(example.title)}<code>${escapeHtml(example.expression)}</code>`;
+    button.addEventListener('click', () => {
+      setState(example);
+      selectedIndex = 0;
+      refresh();
+    });
+    item.appendChild(button);
+    examples.appendChild(item);
+  });
+}
+
+function fillSymbologies() {
+  symbologies = call('nrv_symbologies');
+  symbologies.forEach((name, id) => {
+    fields.symbology.add(new Option(name, String(id)));
+    if (id !== 0) fields.only.add(new Option(name, String(id)));
+  });
+}
+
+// A dropped file is read here; lines that a text box cannot hold as they
+// are (control bytes, bytes that are not UTF-8) switch the escapes on.
+function readDroppedFile(file) {
+  file.arrayBuffer().then((buffer) => {
+    const bytes = new Uint8Array(buffer);
+    let text;
+    try {
+      text = new TextDecoder('utf-8', {fatal: true}).decode(bytes);
+    } catch (e) {
+      text = null;
+    }
+    const plain = text !== null && !/[\x00-\x08\x0b-\x1f\x7f]/.test(text) && !fields.escapes.checked;
+    if (plain) {
+      fields.scans.value = text;
+    } else {
+      const lines = [];
+      let start = 0;
+      for (let i = 0; i <= bytes.length; i++) {
+        if (i === bytes.length || bytes[i] === 0x0a) {
+          if (i > start || i < bytes.length) lines.push(escapeBytes(bytes.subarray(start, i)));
+          start = i + 1;
+        }
+      }
+      fields.escapes.checked = true;
+      fields.scans.value = lines.join('\n');
+    }
+    selectedIndex = 0;
+    refresh();
+  });
+}
+
+function wire() {
+  ['expression', 'scans', 'minSize', 'maxSize', 'startsWith', 'endsWith', 'contains'].forEach((name) =>
+    fields[name].addEventListener('input', refresh));
+  ['escapes', 'symbology', 'only'].forEach((name) => fields[name].addEventListener('change', refresh));
+  fields.expression.addEventListener('scroll', syncBackdropScroll);
+  $('load-samples').addEventListener('click', () => {
+    fields.escapes.checked = true;
+    fields.scans.value = SAMPLE_SCANS.join('\n');
+    refresh();
+  });
+  $('results').addEventListener('click', (e) => {
+    const item = e.target.closest('[data-scan-index]');
+    if (!item) return;
+    const previous = $('results').querySelector('.selected');
+    if (previous) previous.classList.remove('selected');
+    item.classList.add('selected');
+    selectedIndex = Number(item.dataset.scanIndex);
+    drawExplain();
+  });
+  const explain = $('explain');
+  explain.addEventListener('mouseover', (e) => {
+    const node = e.target.closest('.node');
+    if (!node) return;
+    hoverRange = rangeOf(fields.expression.value, Number(node.dataset.offset), Number(node.dataset.length));
+    drawBackdrop();
+  });
+  explain.addEventListener('mouseleave', () => {
+    hoverRange = null;
+    drawBackdrop();
+  });
+  window.addEventListener('hashchange', () => {
+    if (location.hash === stateToFragment()) return;
+    setState(stateFromFragment(location.hash));
+    refresh();
+  });
+  const veil = $('drop-veil');
+  document.addEventListener('dragover', (e) => {
+    e.preventDefault();
+    veil.hidden = false;
+  });
+  document.addEventListener('dragleave', (e) => {
+    if (e.relatedTarget === null) veil.hidden = true;
+  });
+  document.addEventListener('drop', (e) => {
+    e.preventDefault();
+    veil.hidden = true;
+    if (e.dataTransfer.files.length) readDroppedFile(e.dataTransfer.files[0]);
+  });
+}
+
+NrvEngine().then((module) => {
+  engine = module;
+  fillSymbologies();
+  buildReference();
+  wire();
+  if (location.hash.length > 1) setState(stateFromFragment(location.hash));
+  refresh();
+  $('loading').remove();
+  document.body.dataset.ready = 'true';
+});
