@@ -13,6 +13,7 @@
 #include <cstring>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "NrvCommandTable.h"
 #include "NrvDataEditingProfile.h"
@@ -26,7 +27,18 @@ namespace {
 // last triggers set.
 CNrvDataEditingProfile g_Profile;
 std::string g_Expression;
+NRVRESULT g_ParseResult = NRV_OK;
 std::string g_Reply;
+
+// The scans as last read: their bytes, or, for a line whose escapes are
+// malformed, the line as written and what is wrong with it.
+struct SScan {
+    std::string bytes;
+    bool bRead = true;
+    std::string problem;
+};
+std::vector<SScan> g_Scans;
+bool g_bScansEscaped = false;
 
 // Length of the valid UTF-8 sequence at p[0..n), or 0.
 size_t Utf8SequenceLength(const unsigned char* p, size_t n)
@@ -115,11 +127,21 @@ void AppendJson(const std::string& text, std::string* pOut)
     *pOut += '"';
 }
 
+// The shown form of the bytes as a JSON string: the shown text holds no
+// control byte (those are drawn or escaped), so only quotes and backslashes
+// need a backslash.
 void AppendJsonShown(const char* pData, size_t nLength, bool bEscapes, std::string* pOut)
 {
-    std::string shown;
+    thread_local std::string shown;
+    shown.clear();
     AppendShown(pData, nLength, bEscapes, &shown);
-    AppendJson(shown, pOut);
+    *pOut += '"';
+    for (const char c : shown) {
+        if (c == '"' || c == '\\')
+            *pOut += '\\';
+        *pOut += c;
+    }
+    *pOut += '"';
 }
 
 void AppendNumber(long long n, std::string* pOut) { *pOut += std::to_string(n); }
@@ -219,7 +241,7 @@ EMSCRIPTEN_KEEPALIVE const char* nrv_parse(const char* pszExpression)
 {
     return Guarded([&](std::string* pOut) {
         g_Expression = pszExpression;
-        g_Profile.Parse(pszExpression);
+        g_ParseResult = g_Profile.Parse(pszExpression);
         AppendDiagnostic(NrvDiagnoseParse(pszExpression), pOut);
     });
 }
@@ -269,41 +291,67 @@ EMSCRIPTEN_KEEPALIVE const char* nrv_set_triggers(int nMinSize, int nMaxSize, co
     });
 }
 
-// Edits every line of pszScans (a last line without '\n' counts, as the
-// tool reads a file) with the parsed expression and the triggers. Replies
+// Reads the scans for the next edits: every line of pszScans (a last line
+// without '\n' counts, as the tool reads a file), through the escapes when
+// bEscapes is set. Kept decoded, so that typing in the expression does not
+// read them again. Replies with the number of scans.
+EMSCRIPTEN_KEEPALIVE const char* nrv_set_scans(const char* pszScans, int bEscapes)
+{
+    return Guarded([&](std::string* pOut) {
+        g_Scans.clear();
+        std::string problem;
+        for (const char* pLine = pszScans; *pLine != '\0';) {
+            const char* pEnd = strchr(pLine, '\n');
+            const size_t nLength = pEnd != nullptr ? static_cast<size_t>(pEnd - pLine) : strlen(pLine);
+            g_Scans.emplace_back();
+            SScan& scan = g_Scans.back();
+            if (!ReadScan(pLine, nLength, bEscapes != 0, &scan.bytes, &problem)) {
+                scan.bRead = false;
+                scan.bytes.assign(pLine, nLength);
+                scan.problem = problem;
+            }
+            pLine += nLength;
+            if (*pLine == '\n')
+                ++pLine;
+        }
+        g_bScansEscaped = bEscapes != 0;
+        AppendNumber(static_cast<long long>(g_Scans.size()), pOut);
+    });
+}
+
+// Edits the scans with the parsed expression and the triggers. Replies
 // {"rows":[[code, shown, command, message], ...]}: code is null for a line
 // whose escapes are malformed (message says why); command and message
-// describe a failed edit.
-EMSCRIPTEN_KEEPALIVE const char* nrv_edit_lines(const char* pszScans, int nSymbology, int bEscapes)
+// describe the first nDescribe failed edits (describing one runs the
+// expression again, so the rest are left to nrv_explain when wanted). When
+// the expression does not parse, no edit is described: the parse's
+// diagnostic says it all.
+EMSCRIPTEN_KEEPALIVE const char* nrv_edit_scans(int nSymbology, int nDescribe)
 {
     return Guarded([&](std::string* pOut) {
         const ENrvScanSymbologyID symbology = NrvSymbologyName(nSymbology) != nullptr
                                                   ? static_cast<ENrvScanSymbologyID>(nSymbology)
                                                   : kNrvScanSymbologyNotSpecified;
-        std::string scan, problem;
+        pOut->reserve(g_Scans.size() * 24);
         *pOut += "{\"rows\":[";
-        bool bFirst = true;
-        for (const char* pLine = pszScans; *pLine != '\0';) {
-            const char* pEnd = strchr(pLine, '\n');
-            const size_t nLength = pEnd != nullptr ? static_cast<size_t>(pEnd - pLine) : strlen(pLine);
-            if (!bFirst)
-                *pOut += ',';
-            bFirst = false;
-            *pOut += '[';
-            if (!ReadScan(pLine, nLength, bEscapes != 0, &scan, &problem)) {
+        for (size_t i = 0; i < g_Scans.size(); ++i) {
+            SScan& scan = g_Scans[i];
+            *pOut += i != 0 ? ",[" : "[";
+            if (!scan.bRead) {
                 *pOut += "null,";
-                AppendJsonShown(pLine, nLength, false, pOut);
+                AppendJsonShown(scan.bytes.data(), scan.bytes.size(), false, pOut);
                 *pOut += ",\"\",";
-                AppendJson(problem, pOut);
+                AppendJson(scan.problem, pOut);
             } else {
-                TNrvScanDecodedData record = {symbology, {0, nullptr}, {scan.size(), &scan[0]}};
+                TNrvScanDecodedData record = {symbology, {0, nullptr}, {scan.bytes.size(), &scan.bytes[0]}};
                 const NRVRESULT nCode = g_Profile.Edit(&record);
                 AppendNumber(nCode, pOut);
                 *pOut += ',';
                 // A failed or untriggered edit leaves the record as it was.
-                AppendJsonShown(record.String.pValue, record.String.nLength, bEscapes != 0, pOut);
-                if (nCode < 0) {
-                    const TNrvExplanation why = NrvExplain(g_Expression.c_str(), scan.data(), scan.size());
+                AppendJsonShown(record.String.pValue, record.String.nLength, g_bScansEscaped, pOut);
+                if (nCode < 0 && g_ParseResult >= 0 && nDescribe-- > 0) {
+                    const TNrvExplanation why =
+                        NrvExplain(g_Expression.c_str(), scan.bytes.data(), scan.bytes.size());
                     *pOut += ',';
                     AppendJson(why.failure.command, pOut);
                     *pOut += ',';
@@ -311,9 +359,6 @@ EMSCRIPTEN_KEEPALIVE const char* nrv_edit_lines(const char* pszScans, int nSymbo
                 }
             }
             *pOut += ']';
-            pLine += nLength;
-            if (*pLine == '\n')
-                ++pLine;
         }
         *pOut += "]}";
     });

@@ -27,7 +27,7 @@ const SAMPLE_SCANS = [
 
 // Past this size the scans stay out of the link (browsers cut long URLs).
 const MAX_FRAGMENT_SCANS = 8000;
-// Failed scans described at once; the rest are described while the page idles.
+// Failed scans the engine describes at once; the rest while the page idles.
 const EAGER_FAILURES = 200;
 
 const $ = (id) => document.getElementById(id);
@@ -41,7 +41,7 @@ let engine = null;
 let symbologies = [];
 let lastRows = [];
 let selectedIndex = 0;
-let describeJob = 0;
+let parsed = true;  // whether the expression parses
 
 // --- Calling the engine ----------------------------------------------------
 
@@ -152,7 +152,8 @@ function parseExpression() {
     box.textContent = '';
     errorRange = null;
   }
-  $('parse-ok').hidden = diagnostic.code < 0;
+  parsed = diagnostic.code >= 0;
+  $('parse-ok').hidden = !parsed;
   drawBackdrop();
 }
 
@@ -172,6 +173,7 @@ function statusOf(row) {
   if (code === null) return {cls: 'bad-line', text: `not read: ${message}`};
   if (code === 1) return {cls: 'not-triggered', text: 'not triggered'};
   if (code >= 0) return {cls: 'edited', text: 'edited'};
+  if (!parsed) return {cls: 'failed', text: `not edited: the expression does not parse (${code})`};
   if (message === undefined) return {cls: 'failed', text: `failed (${code})`};
   return {cls: 'failed', text: `failed: ${command ? command + ': ' : ''}${message} (${code})`};
 }
@@ -184,61 +186,141 @@ function scanLines() {
   return lines;
 }
 
-// Edits every scan and redraws the results in one assignment.
-function editScans() {
-  const reply = call('nrv_edit_lines', fields.scans.value, Number(fields.symbology.value),
-                     fields.escapes.checked ? 1 : 0);
-  const rows = reply.rows;
+// The result elements are brought up to date in two steps, so that typing
+// never waits for rows nobody sees: the rows in view at once, the others
+// while the page idles (#results carries aria-busy until they are done).
+// Rows that have not changed are not written at all.
+let drawn = [];   // what each element shows
+let wanted = [];  // what each element should show
+let background = 0;
+
+function rowHtml(i, cell) {
+  return `<div class="result ${cell.cls}" role="listitem" data-scan-index="${i + 1}" data-code="${cell.code}">` +
+         `<span class="n">${i + 1}</span><span class="scan">${escapeHtml(cell.line)}</span>` +
+         `<span class="output">${escapeHtml(cell.output)}</span>` +
+         `<span class="status">${escapeHtml(cell.status)}</span></div>`;
+}
+
+// Rows sit in groups of ROWS_PER_GROUP: a group out of view is skipped by
+// layout as a whole, so a keystroke lays out a few groups, not every row.
+const ROWS_PER_GROUP = 100;
+
+function rowElement(i) {
+  return $('results').children[Math.floor(i / ROWS_PER_GROUP)].children[i % ROWS_PER_GROUP];
+}
+
+function writeRow(i) {
+  const [was, cell] = [drawn[i], wanted[i]];
+  if (was === cell) return;
+  const item = rowElement(i);
+  if (was.cls !== cell.cls) item.className = `result ${cell.cls}${i + 1 === selectedIndex ? ' selected' : ''}`;
+  if (was.code !== cell.code) item.dataset.code = cell.code;
+  if (was.line !== cell.line) item.children[1].textContent = cell.line;
+  if (was.output !== cell.output) item.children[2].textContent = cell.output;
+  if (was.status !== cell.status) item.children[3].textContent = cell.status;
+  drawn[i] = cell;
+}
+
+// Which rows are in view, as a share of the list. Read before the page
+// writes anything, since reading layout after a write would lay out the
+// whole list there and then.
+let view = {top: 0, bottom: 0};
+
+function measureView() {
+  const list = $('results');
+  const height = list.scrollHeight || 1;
+  view = {top: list.scrollTop / height, bottom: (list.scrollTop + list.clientHeight) / height};
+}
+
+// The rows in view, with a margin.
+function writeRowsInView() {
+  const first = Math.max(0, Math.floor(view.top * wanted.length) - 40);
+  const last = Math.min(wanted.length, Math.ceil(view.bottom * wanted.length) + 40);
+  for (let i = first; i < last; i++) writeRow(i);
+}
+
+// Makes the list hold cells.length rows: surplus rows go, new rows come
+// drawn as they should be.
+function resizeRows(cells) {
+  const list = $('results');
+  const groups = Math.ceil(cells.length / ROWS_PER_GROUP);
+  if (cells.length < drawn.length) {
+    while (list.children.length > groups) list.lastChild.remove();
+    const last = list.lastChild;
+    while (last && last.children.length > cells.length - (groups - 1) * ROWS_PER_GROUP) last.lastChild.remove();
+    drawn.length = cells.length;
+  }
+  let i = drawn.length;
+  if (i % ROWS_PER_GROUP !== 0 && i < cells.length) {
+    const parts = [];
+    for (; i < cells.length && i % ROWS_PER_GROUP !== 0; i++) parts.push(rowHtml(i, cells[i]));
+    list.lastChild.insertAdjacentHTML('beforeend', parts.join(''));
+  }
+  const parts = [];
+  for (; i < cells.length; i++) {
+    if (i % ROWS_PER_GROUP === 0) parts.push(i ? '</div><div class="rows">' : '<div class="rows">');
+    parts.push(rowHtml(i, cells[i]));
+  }
+  if (parts.length) list.insertAdjacentHTML('beforeend', parts.join('').replace(/^<\/div>/, '') + '</div>');
+  for (let k = drawn.length; k < cells.length; k++) drawn[k] = cells[k];
+}
+
+function drawRows(cells) {
+  const list = $('results');
+  resizeRows(cells);
+  wanted = cells;
+  writeRowsInView();
+  list.setAttribute('aria-busy', 'true');
+  const job = ++background;
   const lines = scanLines();
-  let failed = 0;
-  rows.forEach((row, i) => {
-    if (row[0] !== null && row[0] < 0 && failed++ >= EAGER_FAILURES) row.length = 2;
-  });
+  const expression = fields.expression.value;
+  const escapes = fields.escapes.checked ? 1 : 0;
+  let next = 0;
+  let describe = 0;
+  // First every row, then the failures the engine did not describe at once
+  // (describing one runs the expression again).
+  const step = (deadline) => {
+    if (job !== background) return;
+    while (next < wanted.length && deadline.timeRemaining() > 1) {
+      const end = Math.min(wanted.length, next + 500);
+      for (; next < end; next++) writeRow(next);
+    }
+    if (next === wanted.length) list.removeAttribute('aria-busy');
+    while (next === wanted.length && describe < wanted.length && parsed && deadline.timeRemaining() > 2) {
+      const row = lastRows[describe];
+      if (row[0] !== null && row[0] < 0 && row.length === 2) {
+        const why = call('nrv_explain', expression, lines[describe], escapes).failure;
+        row.push(why.command, why.message);
+        wanted[describe] = {...wanted[describe], status: statusOf(row).text};
+        writeRow(describe);
+      }
+      describe++;
+    }
+    if (next < wanted.length || (parsed && describe < wanted.length)) requestIdleCallback(step);
+  };
+  requestIdleCallback(step);
+}
+
+// Edits every scan and redraws the results.
+function editScans() {
+  const rows = call('nrv_edit_scans', Number(fields.symbology.value), EAGER_FAILURES).rows;
+  const lines = scanLines();
   const counts = {edited: 0, 'not-triggered': 0, failed: 0, 'bad-line': 0};
-  const parts = new Array(rows.length);
+  const cells = new Array(rows.length);
   for (let i = 0; i < rows.length; i++) {
     const row = rows[i];
     const status = statusOf(row);
     counts[status.cls]++;
-    const selected = i + 1 === selectedIndex ? ' selected' : '';
-    parts[i] = `<div class="result ${status.cls}${selected}" role="listitem" data-scan-index="${i + 1}" ` +
-               `data-code="${row[0] === null ? '' : row[0]}"><span class="n">${i + 1}</span>` +
-               `<span class="scan">${escapeHtml(lines[i] || '')}</span>` +
-               `<span class="output">${escapeHtml(row[1])}</span>` +
-               `<span class="status">${escapeHtml(status.text)}</span></div>`;
+    cells[i] = {cls: status.cls, code: row[0] === null ? '' : String(row[0]), line: lines[i] || '', output: row[1],
+                status: status.text};
   }
-  $('results').innerHTML = parts.join('');
   lastRows = rows;
+  drawRows(cells);
   $('scan-count').textContent = `${rows.length} scan${rows.length === 1 ? '' : 's'}`;
   $('summary').textContent = `${counts.edited} edited, ${counts['not-triggered']} not triggered, ` +
                              `${counts.failed} failed` + (counts['bad-line'] ? `, ${counts['bad-line']} not read` : '');
-  if (failed > EAGER_FAILURES) describeLater(lines);
   if (selectedIndex > rows.length) selectedIndex = 0;
   drawExplain();
-}
-
-// Fills in the failures past the first EAGER_FAILURES in small batches, so
-// that typing never waits for them.
-function describeLater(lines) {
-  const job = ++describeJob;
-  const expression = fields.expression.value;
-  const escapes = fields.escapes.checked ? 1 : 0;
-  let i = 0;
-  const step = (deadline) => {
-    if (job !== describeJob) return;
-    const items = $('results').children;
-    while (i < lastRows.length && deadline.timeRemaining() > 2) {
-      const row = lastRows[i];
-      if (row[0] !== null && row[0] < 0 && row.length === 2) {
-        const why = call('nrv_explain', expression, lines[i], escapes).failure;
-        row.push(why.command, why.message);
-        items[i].querySelector('.status').textContent = statusOf(row).text;
-      }
-      i++;
-    }
-    if (i < lastRows.length) requestIdleCallback(step);
-  };
-  requestIdleCallback(step);
 }
 
 // --- Explain -------------------------------------------------------------------
@@ -336,8 +418,20 @@ function saveFragment() {
 
 // --- Everything at once --------------------------------------------------------
 
+// The scans as the engine last read them; read again only when they change.
+let scansRead = {text: null, escapes: false};
+
+function readScans() {
+  const [text, escapes] = [fields.scans.value, fields.escapes.checked];
+  if (text === scansRead.text && escapes === scansRead.escapes) return;
+  call('nrv_set_scans', text, escapes ? 1 : 0);
+  scansRead = {text, escapes};
+}
+
 function refresh() {
+  measureView();
   try {
+    readScans();
     parseExpression();
     applyTriggers();
     editScans();
@@ -431,7 +525,8 @@ function readDroppedFile(file) {
         }
       }
       fields.escapes.checked = true;
-      fields.scans.value = lines.join('\n');
+      // Every line keeps its '\n', so an empty last line still counts.
+      fields.scans.value = lines.map((line) => line + '\n').join('');
     }
     selectedIndex = 0;
     refresh();
@@ -443,6 +538,10 @@ function wire() {
     fields[name].addEventListener('input', refresh));
   ['escapes', 'symbology', 'only'].forEach((name) => fields[name].addEventListener('change', refresh));
   fields.expression.addEventListener('scroll', syncBackdropScroll);
+  $('results').addEventListener('scroll', () => {
+    measureView();
+    writeRowsInView();
+  });
   $('load-samples').addEventListener('click', () => {
     fields.escapes.checked = true;
     fields.scans.value = SAMPLE_SCANS.join('\n');

@@ -61,8 +61,9 @@ async function fill(page, state) {
   if (state.expression !== undefined) await page.fill('#expression', state.expression);
 }
 
-// What the page shows: one entry per result, in order.
-function readResults(page) {
+// What the page shows: one entry per result, in order, once every row is drawn.
+async function readResults(page) {
+  await page.waitForSelector('#results:not([aria-busy])', {state: 'attached'});
   return page.$$eval('#results [data-scan-index]', (items) => items.map((item) => ({
     index: Number(item.dataset.scanIndex),
     code: item.dataset.code === '' ? null : Number(item.dataset.code),
