@@ -141,9 +141,8 @@ function parseExpression() {
     box.dataset.code = diagnostic.code;
     box.dataset.offset = diagnostic.offset;
     box.dataset.length = diagnostic.length;
-    const where = diagnostic.command ? `${diagnostic.command}: ` : '';
-    box.textContent = `${where}${diagnostic.message} (${diagnostic.name}, ${diagnostic.code}, ` +
-                      `at byte ${diagnostic.offset})`;
+    box.textContent = `${failureText(diagnostic.command, diagnostic.message)} (${diagnostic.name}, ` +
+                      `${diagnostic.code}, at byte ${diagnostic.offset})`;
     errorRange = rangeOf(text, diagnostic.offset, diagnostic.length);
   } else {
     delete box.dataset.code;
@@ -168,6 +167,12 @@ function applyTriggers() {
   $('trigger-error').textContent = reply.ok ? '' : `${reply.trigger}: ${reply.message}`;
 }
 
+// A failure for a person: the command concerned, then the engine's sentence
+// (which may name the command itself).
+function failureText(command, message) {
+  return command && !message.startsWith(`${command}:`) ? `${command}: ${message}` : message;
+}
+
 function statusOf(row) {
   const [code, , command, message] = row;
   if (code === null) return {cls: 'bad-line', text: `not read: ${message}`};
@@ -175,7 +180,7 @@ function statusOf(row) {
   if (code >= 0) return {cls: 'edited', text: 'edited'};
   if (!parsed) return {cls: 'failed', text: `not edited: the expression does not parse (${code})`};
   if (message === undefined) return {cls: 'failed', text: `failed (${code})`};
-  return {cls: 'failed', text: `failed: ${command ? command + ': ' : ''}${message} (${code})`};
+  return {cls: 'failed', text: `failed: ${failureText(command, message)} (${code})`};
 }
 
 function scanLines() {
@@ -278,15 +283,19 @@ function drawRows(cells) {
   let next = 0;
   let describe = 0;
   // First every row, then the failures the engine did not describe at once
-  // (describing one runs the expression again).
+  // (describing one runs the expression again). Each turn does some work
+  // even when the page is never idle (the timeout).
   const step = (deadline) => {
     if (job !== background) return;
-    while (next < wanted.length && deadline.timeRemaining() > 1) {
+    const more = () => deadline.timeRemaining() > 1;
+    do {
       const end = Math.min(wanted.length, next + 500);
       for (; next < end; next++) writeRow(next);
-    }
-    if (next === wanted.length) list.removeAttribute('aria-busy');
-    while (next === wanted.length && describe < wanted.length && parsed && deadline.timeRemaining() > 2) {
+    } while (next < wanted.length && more());
+    if (next < wanted.length) return requestIdleCallback(step, {timeout: 100});
+    list.removeAttribute('aria-busy');
+    const stop = describe + 20;
+    while (parsed && describe < wanted.length && (describe < stop || more())) {
       const row = lastRows[describe];
       if (row[0] !== null && row[0] < 0 && row.length === 2) {
         const why = call('nrv_explain', expression, lines[describe], escapes).failure;
@@ -296,9 +305,9 @@ function drawRows(cells) {
       }
       describe++;
     }
-    if (next < wanted.length || (parsed && describe < wanted.length)) requestIdleCallback(step);
+    if (parsed && describe < wanted.length) requestIdleCallback(step, {timeout: 100});
   };
-  requestIdleCallback(step);
+  requestIdleCallback(step, {timeout: 100});
 }
 
 // Edits every scan and redraws the results.
@@ -333,7 +342,8 @@ function nodeHtml(node) {
   else if (node.code < 0) value = `<span class="node-failed">failed (${node.code})</span>`;
   else value = `→ <span class="node-value${node.integer ? ' integer' : ''}">${escapeHtml(node.value)}</span>`;
   const children = node.params.length ? `<ul>${node.params.map(nodeHtml).join('')}</ul>` : '';
-  return `<li><span class="node" data-offset="${node.offset}" data-length="${node.length}">` +
+  return `<li><span class="node" data-kind="${node.kind}" data-name="${escapeHtml(node.name)}" ` +
+         `data-offset="${node.offset}" data-length="${node.length}" data-run="${node.run}" data-code="${node.code}">` +
          `<span class="node-kind">${node.kind}</span> ${label} ${value}</span>${children}</li>`;
 }
 
@@ -354,8 +364,8 @@ function drawExplain() {
     head += `<span class="edited-text">${escapeHtml(result.output)}</span>`;
   } else {
     const failure = result.failure;
-    head += `<span class="error">${failure.command ? escapeHtml(failure.command) + ': ' : ''}` +
-            `${escapeHtml(failure.message)} (${failure.name}, ${failure.code})</span>`;
+    head += `<span class="error">${escapeHtml(failureText(failure.command, failure.message))} ` +
+            `(${failure.name}, ${failure.code})</span>`;
   }
   head += ' <span class="hint">(triggers are not applied here)</span></p>';
   const tree = result.nodes.length ? `<ul class="tree">${result.nodes.map(nodeHtml).join('')}</ul>`
