@@ -9,6 +9,7 @@
 // that starts no valid UTF-8 sequence written as \xHH.
 #include <emscripten/emscripten.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -319,24 +320,24 @@ EMSCRIPTEN_KEEPALIVE const char* nrv_set_scans(const char* pszScans, int bEscape
     });
 }
 
-// Edits the scans with the parsed expression and the triggers. Replies
+// Edits nCount scans from nFirst on (from 0; clamped to the scans read) with
+// the parsed expression and the triggers. Replies
 // {"rows":[[code, shown, command, message], ...]}: code is null for a line
 // whose escapes are malformed (message says why); command and message
-// describe the first nDescribe failed edits (describing one runs the
-// expression again, so the rest are left to nrv_explain when wanted). When
-// the expression does not parse, no edit is described: the parse's
-// diagnostic says it all.
-EMSCRIPTEN_KEEPALIVE const char* nrv_edit_scans(int nSymbology, int nDescribe)
+// describe a failed edit. When the expression does not parse, no edit is
+// described: the parse's diagnostic says it all.
+EMSCRIPTEN_KEEPALIVE const char* nrv_edit_scans(int nSymbology, int nFirst, int nCount)
 {
     return Guarded([&](std::string* pOut) {
         const ENrvScanSymbologyID symbology = NrvSymbologyName(nSymbology) != nullptr
                                                   ? static_cast<ENrvScanSymbologyID>(nSymbology)
                                                   : kNrvScanSymbologyNotSpecified;
-        pOut->reserve(g_Scans.size() * 24);
+        const size_t nBegin = std::min(static_cast<size_t>(std::max(nFirst, 0)), g_Scans.size());
+        const size_t nEnd = std::min(nBegin + static_cast<size_t>(std::max(nCount, 0)), g_Scans.size());
         *pOut += "{\"rows\":[";
-        for (size_t i = 0; i < g_Scans.size(); ++i) {
+        for (size_t i = nBegin; i < nEnd; ++i) {
             SScan& scan = g_Scans[i];
-            *pOut += i != 0 ? ",[" : "[";
+            *pOut += i != nBegin ? ",[" : "[";
             if (!scan.bRead) {
                 *pOut += "null,";
                 AppendJsonShown(scan.bytes.data(), scan.bytes.size(), false, pOut);
@@ -349,7 +350,7 @@ EMSCRIPTEN_KEEPALIVE const char* nrv_edit_scans(int nSymbology, int nDescribe)
                 *pOut += ',';
                 // A failed or untriggered edit leaves the record as it was.
                 AppendJsonShown(record.String.pValue, record.String.nLength, g_bScansEscaped, pOut);
-                if (nCode < 0 && g_ParseResult >= 0 && nDescribe-- > 0) {
+                if (nCode < 0 && g_ParseResult >= 0) {
                     const TNrvExplanation why =
                         NrvExplain(g_Expression.c_str(), scan.bytes.data(), scan.bytes.size());
                     *pOut += ',';

@@ -27,8 +27,6 @@ const SAMPLE_SCANS = [
 
 // Past this size the scans stay out of the link (browsers cut long URLs).
 const MAX_FRAGMENT_SCANS = 8000;
-// Failed scans the engine describes at once; the rest while the page idles.
-const EAGER_FAILURES = 200;
 
 const $ = (id) => document.getElementById(id);
 const fields = {
@@ -39,7 +37,6 @@ const fields = {
 
 let engine = null;
 let symbologies = [];
-let lastRows = [];
 let selectedIndex = 0;
 let parsed = true;  // whether the expression parses
 
@@ -179,7 +176,6 @@ function statusOf(row) {
   if (code === 1) return {cls: 'not-triggered', text: 'not triggered'};
   if (code >= 0) return {cls: 'edited', text: 'edited'};
   if (!parsed) return {cls: 'failed', text: `not edited: the expression does not parse (${code})`};
-  if (message === undefined) return {cls: 'failed', text: `failed (${code})`};
   return {cls: 'failed', text: `failed: ${failureText(command, message)} (${code})`};
 }
 
@@ -191,12 +187,17 @@ function scanLines() {
   return lines;
 }
 
-// The result elements are brought up to date in two steps, so that typing
-// never waits for rows nobody sees: the rows in view at once, the others
-// while the page idles (#results carries aria-busy until they are done).
-// Rows that have not changed are not written at all.
-let drawn = [];   // what each element shows
-let wanted = [];  // what each element should show
+// A keystroke edits and draws the scans in view at once; the engine edits
+// the others in slices while the page idles, and #results carries aria-busy
+// until every row is drawn. Rows that have not changed are not written.
+// Rows sit in groups of ROWS_PER_GROUP: a group out of view is skipped by
+// layout as a whole, so a keystroke lays out a few groups, not every row.
+const ROWS_PER_GROUP = 100;
+const ROWS_PER_SLICE = 500;
+
+let lines = [];   // the scans as typed, one per row
+let drawn = [];   // what each row element shows
+let wanted = [];  // what each row element should show (undefined: not edited yet)
 let background = 0;
 
 function rowHtml(i, cell) {
@@ -206,17 +207,13 @@ function rowHtml(i, cell) {
          `<span class="status">${escapeHtml(cell.status)}</span></div>`;
 }
 
-// Rows sit in groups of ROWS_PER_GROUP: a group out of view is skipped by
-// layout as a whole, so a keystroke lays out a few groups, not every row.
-const ROWS_PER_GROUP = 100;
-
 function rowElement(i) {
   return $('results').children[Math.floor(i / ROWS_PER_GROUP)].children[i % ROWS_PER_GROUP];
 }
 
 function writeRow(i) {
   const [was, cell] = [drawn[i], wanted[i]];
-  if (was === cell) return;
+  if (was === cell || cell === undefined) return;
   const item = rowElement(i);
   if (was.cls !== cell.cls) item.className = `result ${cell.cls}${i + 1 === selectedIndex ? ' selected' : ''}`;
   if (was.code !== cell.code) item.dataset.code = cell.code;
@@ -237,99 +234,86 @@ function measureView() {
   view = {top: list.scrollTop / height, bottom: (list.scrollTop + list.clientHeight) / height};
 }
 
-// The rows in view, with a margin.
-function writeRowsInView() {
-  const first = Math.max(0, Math.floor(view.top * wanted.length) - 40);
-  const last = Math.min(wanted.length, Math.ceil(view.bottom * wanted.length) + 40);
-  for (let i = first; i < last; i++) writeRow(i);
+// The rows in view, with a margin: [first, last).
+function rowsInView() {
+  const first = Math.max(0, Math.floor(view.top * lines.length) - 40);
+  return [first, Math.min(lines.length, Math.ceil(view.bottom * lines.length) + 40)];
 }
 
-// Makes the list hold cells.length rows: surplus rows go, new rows come
-// drawn as they should be.
-function resizeRows(cells) {
+// Makes the list hold one row per scan; new rows show their scan until edited.
+function resizeRows() {
   const list = $('results');
-  const groups = Math.ceil(cells.length / ROWS_PER_GROUP);
-  if (cells.length < drawn.length) {
+  const count = lines.length;
+  const groups = Math.ceil(count / ROWS_PER_GROUP);
+  if (count < drawn.length) {
     while (list.children.length > groups) list.lastChild.remove();
     const last = list.lastChild;
-    while (last && last.children.length > cells.length - (groups - 1) * ROWS_PER_GROUP) last.lastChild.remove();
-    drawn.length = cells.length;
+    while (last && last.children.length > count - (groups - 1) * ROWS_PER_GROUP) last.lastChild.remove();
+    drawn.length = count;
   }
-  let i = drawn.length;
-  if (i % ROWS_PER_GROUP !== 0 && i < cells.length) {
+  const start = drawn.length;
+  for (let i = start; i < count; i++) drawn[i] = {cls: 'pending', code: '', line: lines[i], output: '', status: ''};
+  let i = start;
+  if (i % ROWS_PER_GROUP !== 0 && i < count) {
     const parts = [];
-    for (; i < cells.length && i % ROWS_PER_GROUP !== 0; i++) parts.push(rowHtml(i, cells[i]));
+    for (; i < count && i % ROWS_PER_GROUP !== 0; i++) parts.push(rowHtml(i, drawn[i]));
     list.lastChild.insertAdjacentHTML('beforeend', parts.join(''));
   }
   const parts = [];
-  for (; i < cells.length; i++) {
-    if (i % ROWS_PER_GROUP === 0) parts.push(i ? '</div><div class="rows">' : '<div class="rows">');
-    parts.push(rowHtml(i, cells[i]));
+  for (; i < count; i++) {
+    if (i % ROWS_PER_GROUP === 0) parts.push(i > start ? '</div><div class="rows">' : '<div class="rows">');
+    parts.push(rowHtml(i, drawn[i]));
   }
-  if (parts.length) list.insertAdjacentHTML('beforeend', parts.join('').replace(/^<\/div>/, '') + '</div>');
-  for (let k = drawn.length; k < cells.length; k++) drawn[k] = cells[k];
+  if (parts.length) list.insertAdjacentHTML('beforeend', parts.join('') + '</div>');
 }
 
-function drawRows(cells) {
-  const list = $('results');
-  resizeRows(cells);
-  wanted = cells;
-  writeRowsInView();
-  list.setAttribute('aria-busy', 'true');
-  const job = ++background;
-  const lines = scanLines();
-  const expression = fields.expression.value;
-  const escapes = fields.escapes.checked ? 1 : 0;
-  let next = 0;
-  let describe = 0;
-  // First every row, then the failures the engine did not describe at once
-  // (describing one runs the expression again). Each turn does some work
-  // even when the page is never idle (the timeout).
-  const step = (deadline) => {
-    if (job !== background) return;
-    const more = () => deadline.timeRemaining() > 1;
-    do {
-      const end = Math.min(wanted.length, next + 500);
-      for (; next < end; next++) writeRow(next);
-    } while (next < wanted.length && more());
-    if (next < wanted.length) return requestIdleCallback(step, {timeout: 100});
-    list.removeAttribute('aria-busy');
-    const stop = describe + 20;
-    while (parsed && describe < wanted.length && (describe < stop || more())) {
-      const row = lastRows[describe];
-      if (row[0] !== null && row[0] < 0 && row.length === 2) {
-        const why = call('nrv_explain', expression, lines[describe], escapes).failure;
-        row.push(why.command, why.message);
-        wanted[describe] = {...wanted[describe], status: statusOf(row).text};
-        writeRow(describe);
-      }
-      describe++;
-    }
-    if (parsed && describe < wanted.length) requestIdleCallback(step, {timeout: 100});
-  };
-  requestIdleCallback(step, {timeout: 100});
-}
-
-// Edits every scan and redraws the results.
-function editScans() {
-  const rows = call('nrv_edit_scans', Number(fields.symbology.value), EAGER_FAILURES).rows;
-  const lines = scanLines();
-  const counts = {edited: 0, 'not-triggered': 0, failed: 0, 'bad-line': 0};
-  const cells = new Array(rows.length);
-  for (let i = 0; i < rows.length; i++) {
-    const row = rows[i];
+// Edits the scans [first, last) and draws them.
+function editRows(first, last) {
+  if (first >= last) return;
+  const rows = call('nrv_edit_scans', Number(fields.symbology.value), first, last - first).rows;
+  rows.forEach((row, k) => {
+    const i = first + k;
     const status = statusOf(row);
-    counts[status.cls]++;
-    cells[i] = {cls: status.cls, code: row[0] === null ? '' : String(row[0]), line: lines[i] || '', output: row[1],
-                status: status.text};
-  }
-  lastRows = rows;
-  drawRows(cells);
-  $('scan-count').textContent = `${rows.length} scan${rows.length === 1 ? '' : 's'}`;
+    wanted[i] = {cls: status.cls, code: row[0] === null ? '' : String(row[0]), line: lines[i], output: row[1],
+                 status: status.text};
+    writeRow(i);
+  });
+}
+
+function drawSummary() {
+  const counts = {edited: 0, 'not-triggered': 0, failed: 0, 'bad-line': 0};
+  wanted.forEach((cell) => counts[cell.cls]++);
   $('summary').textContent = `${counts.edited} edited, ${counts['not-triggered']} not triggered, ` +
                              `${counts.failed} failed` + (counts['bad-line'] ? `, ${counts['bad-line']} not read` : '');
-  if (selectedIndex > rows.length) selectedIndex = 0;
+}
+
+// Edits every scan: those in view now, the others in idle time. Each turn
+// does some work even when the page is never idle (the timeout).
+function editScans() {
+  const list = $('results');
+  const job = ++background;
+  wanted = new Array(lines.length);
+  const [first, last] = rowsInView();
+  editRows(first, last);
+  $('scan-count').textContent = `${lines.length} scan${lines.length === 1 ? '' : 's'}`;
+  if (selectedIndex > lines.length) selectedIndex = 0;
   drawExplain();
+  list.setAttribute('aria-busy', 'true');
+  let next = 0;
+  const step = (deadline) => {
+    if (job !== background) return;
+    do {
+      if (next === first) next = last;
+      const end = Math.min(lines.length, next + ROWS_PER_SLICE, next < first ? first : Infinity);
+      editRows(next, end);
+      next = end;
+    } while (next < lines.length && deadline.timeRemaining() > 2);
+    if (next < lines.length) return requestIdleCallback(step, {timeout: 100});
+    drawSummary();
+    list.removeAttribute('aria-busy');
+  };
+  $('summary').textContent = 'editing…';
+  requestIdleCallback(step, {timeout: 100});
 }
 
 // --- Explain -------------------------------------------------------------------
@@ -353,7 +337,7 @@ function drawExplain() {
     box.innerHTML = '<p class="hint">No scan selected.</p>';
     return;
   }
-  const line = scanLines()[selectedIndex - 1] || '';
+  const line = lines[selectedIndex - 1] || '';
   const result = call('nrv_explain', fields.expression.value, line, fields.escapes.checked ? 1 : 0);
   if (!result.line) {
     box.innerHTML = `<p class="error">Scan ${selectedIndex} cannot be read: ${escapeHtml(result.message)}</p>`;
@@ -436,6 +420,8 @@ function readScans() {
   if (text === scansRead.text && escapes === scansRead.escapes) return;
   call('nrv_set_scans', text, escapes ? 1 : 0);
   scansRead = {text, escapes};
+  lines = scanLines();
+  resizeRows();
 }
 
 function refresh() {
@@ -550,7 +536,8 @@ function wire() {
   fields.expression.addEventListener('scroll', syncBackdropScroll);
   $('results').addEventListener('scroll', () => {
     measureView();
-    writeRowsInView();
+    const [first, last] = rowsInView();
+    for (let i = first; i < last; i++) writeRow(i);
   });
   $('load-samples').addEventListener('click', () => {
     fields.escapes.checked = true;
