@@ -302,12 +302,16 @@ function editScans() {
   let next = 0;
   const step = (deadline) => {
     if (job !== background) return;
-    do {
-      if (next === first) next = last;
-      const end = Math.min(lines.length, next + ROWS_PER_SLICE, next < first ? first : Infinity);
-      editRows(next, end);
-      next = end;
-    } while (next < lines.length && deadline.timeRemaining() > 2);
+    try {
+      do {
+        if (next === first) next = last;
+        const end = Math.min(lines.length, next + ROWS_PER_SLICE, next < first ? first : Infinity);
+        editRows(next, end);
+        next = end;
+      } while (next < lines.length && deadline.timeRemaining() > 2);
+    } catch (e) {
+      return reportFailure(e);
+    }
     if (next < lines.length) return requestIdleCallback(step, {timeout: 100});
     drawSummary();
     list.removeAttribute('aria-busy');
@@ -424,6 +428,12 @@ function readScans() {
   resizeRows();
 }
 
+// An edit that would need more memory than the page allows stops with this.
+function reportFailure(e) {
+  $('diagnostic').textContent = `The engine could not finish: ${e.message}. Shorten the expression or the scans.`;
+  $('results').removeAttribute('aria-busy');
+}
+
 function refresh() {
   measureView();
   try {
@@ -432,7 +442,8 @@ function refresh() {
     applyTriggers();
     editScans();
   } catch (e) {
-    $('diagnostic').textContent = `The engine could not finish: ${e.message}. Shorten the expression or the scans.`;
+    background++;
+    reportFailure(e);
   }
   saveFragment();
 }

@@ -12,16 +12,8 @@ const h = require('./harness.js');
 const tool = (...args) => spawnSync(h.nrvEdit, args);
 
 describe('diagnostics and explain: exact ranges, commands and trees from the engine', () => {
-  let session;
   let page;
-  before(async () => {
-    session = await h.launch();
-    page = await h.openPage(session.browser);
-  });
-  after(async () => {
-    assert.deepEqual(page.errors, []);
-    await session.close();
-  });
+  h.usePage(before, after, (opened) => ({page} = opened));
 
   test('the culprit named by the engine is the one underlined', async () => {
     const cases = [

@@ -115,4 +115,22 @@ function toolListCommands() {
   return execFileSync(nrvEdit, ['--list-commands']).toString();
 }
 
-module.exports = {launch, openPage, fill, readResults, runTool, toolParseCode, toolListCommands, pageDir, nrvEdit};
+// One browser and one page for a test file: opened before its tests, and
+// after them checked for script errors and requests off the page, then closed.
+// opened({browser, page}) receives them.
+function usePage(before, after, opened) {
+  let session;
+  let page;
+  before(async () => {
+    session = await launch();
+    page = await openPage(session.browser);
+    opened({browser: session.browser, page});
+  });
+  after(async () => {
+    const errors = page.errors;
+    await session.close();
+    if (errors.length) throw new Error(`the page failed or made requests: ${errors.join(', ')}`);
+  });
+}
+
+module.exports = {launch, openPage, usePage, fill, readResults, runTool, toolParseCode, toolListCommands, pageDir, nrvEdit};

@@ -5,16 +5,9 @@ const {test, before, after} = require('node:test');
 const assert = require('node:assert/strict');
 const h = require('./harness.js');
 
-let session;
+let browser;
 let page;
-before(async () => {
-  session = await h.launch();
-  page = await h.openPage(session.browser);
-});
-after(async () => {
-  assert.deepEqual(page.errors, [], 'no script error and no request off the page');
-  await session.close();
-});
+h.usePage(before, after, (opened) => ({browser, page} = opened));
 
 // The fields as a fresh page has them, triggers unset.
 const DEFAULTS = {escapes: false, symbology: 'NotSpecified', only: [], min: '', max: '', startsWith: '', endsWith: '',
@@ -189,7 +182,7 @@ test('the URL fragment reproduces the page', async () => {
   const before = await h.readResults(page);
   await page.waitForFunction((e) => new URLSearchParams(location.hash.slice(1)).get('e') === e, state.expression);
   const fragment = await page.evaluate(() => location.hash);
-  const copy = await h.openPage(session.browser, fragment);
+  const copy = await h.openPage(browser, fragment);
   const fieldsOf = (p) => p.evaluate(() => ['expression', 'scans', 'min-size', 'max-size', 'starts-with', 'ends-with',
                                             'contains', 'symbology'].map((id) => document.getElementById(id).value)
                                        .concat(document.getElementById('escapes').checked,
@@ -240,4 +233,15 @@ test('ten thousand scans give ten thousand results', async () => {
   // The failures past the first batch are described while the page idles.
   await page.waitForFunction(() => [...document.querySelectorAll('#results .failed .status')]
     .every((s) => s.textContent.startsWith('failed: ')));
+});
+
+test('an edit too large for the page stops with a message, and the page goes on working', async () => {
+  // Each Substitute makes every A sixteen: 4 bytes grow to 4 x 16^7, past the page's memory.
+  let grow = '{DecodedData()}';
+  for (let i = 0; i < 7; i++) grow = `{Substitute(${grow},A,AAAAAAAAAAAAAAAA)}`;
+  await h.fill(page, {...DEFAULTS, scans: 'AAAA', expression: grow});
+  await page.waitForSelector('#results:not([aria-busy])', {state: 'attached'});
+  assert.match(await page.textContent('#diagnostic'), /could not finish: out of memory/);
+  await page.fill('#expression', '<{DecodedData()}>');
+  assert.deepEqual((await h.readResults(page)).map((r) => r.output), ['<AAAA>']);
 });
