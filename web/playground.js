@@ -182,9 +182,9 @@ function statusOf(row) {
 function scanLines() {
   const text = fields.scans.value;
   if (text === '') return [];
-  const lines = text.split('\n');
-  if (lines[lines.length - 1] === '') lines.pop();
-  return lines;
+  const split = text.split('\n');
+  if (split[split.length - 1] === '') split.pop();
+  return split;
 }
 
 // A keystroke edits and draws the scans in view at once; the engine edits
