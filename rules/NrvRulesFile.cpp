@@ -257,11 +257,6 @@ void CRulesReader::ReadRule(const toml::table& rule, const std::string& label, C
             Error(key.source(), label + ": unknown key '" + keyText + "'" + Hint(keyText));
         }
     }
-    if (rule.find("expression") == rule.end()) {
-        Error(rule.source(), label + " has no 'expression'");
-        return;
-    }
-
     // A rule that no scan can satisfy is a mistake, not a rule.
     if (nMaximum != 0 && nMinimum > nMaximum)
         Error(pMinimum->source(), label + " can never match: 'min-size' " + std::to_string(nMinimum) +
@@ -274,6 +269,8 @@ void CRulesReader::ReadRule(const toml::table& rule, const std::string& label, C
                                            std::to_string(nMaximum));
     }
 
+    if (rule.find("expression") == rule.end())
+        Error(rule.source(), label + " has no 'expression'");
     if (pExpression == nullptr)
         return;
     if (expression.find('\0') != std::string::npos) {

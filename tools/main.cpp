@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,7 @@
 #include "line_io.h"
 #include "options.h"
 #include "result_codes.h"
+#include "rules_mode.h"
 
 #ifndef NRV_EDIT_VERSION
 #define NRV_EDIT_VERSION "unknown"
@@ -75,8 +77,10 @@ struct STriggerTexts {
 // Edits scans one at a time and prints one line for each.
 class CScanPrinter {
 public:
-    CScanPrinter(CNrvDataEditingProfile* pProfile, ENrvScanSymbologyID symbology, bool bEscapes, COutput* pOutput)
+    CScanPrinter(CNrvDataEditingProfile* pProfile, ENrvScanSymbologyID symbology, bool bEscapes, COutput* pOutput,
+                 CRulesMode* pRules)
         : m_pProfile(pProfile),
+          m_pRules(pRules),
           m_Symbology(symbology),
           // The engine never writes through the name; the record type is not const.
           m_SymbologyName{strlen(NrvSymbologyName(symbology)), const_cast<char*>(NrvSymbologyName(symbology))},
@@ -91,10 +95,11 @@ public:
     {
         ++m_nScan;
         TNrvScanDecodedData record = {m_Symbology, m_SymbologyName, {nLength, pData}};
-        const NRVRESULT result = m_pProfile->Edit(&record);
+        const NRVRESULT result = m_pRules != nullptr ? m_pRules->Edit(&record) : m_pProfile->Edit(&record);
         if (result < 0) {
             // The record is untouched: the scan goes out as it came in.
-            fprintf(stderr, "nrv-edit: scan %llu: %s\n", m_nScan, DescribeResult(result).c_str());
+            fprintf(stderr, "nrv-edit: scan %llu: %s\n", m_nScan,
+                    (m_pRules != nullptr ? m_pRules->DescribeFailure(result) : DescribeResult(result)).c_str());
             m_bAnyFailed = true;
         }
         if (m_bEscapes) {
@@ -112,6 +117,7 @@ public:
 
 private:
     CNrvDataEditingProfile* m_pProfile;
+    CRulesMode* m_pRules;  // --rules: edits in the profile's place
     ENrvScanSymbologyID m_Symbology;
     TNrvScanString m_SymbologyName;
     bool m_bEscapes;
@@ -121,8 +127,10 @@ private:
     std::string m_Escaped;
 };
 
-int Finish(COutput* pOutput, const CScanPrinter& printer)
+int Finish(COutput* pOutput, const CScanPrinter& printer, const CRulesMode* pRules)
 {
+    if (pRules != nullptr && pRules->WantsStats())
+        pRules->PrintStats(stderr);
     if (!pOutput->Flush()) {
         fprintf(stderr, "nrv-edit: cannot write the output: %s\n", strerror(pOutput->Errno()));
         return kExitUsage;
@@ -148,7 +156,7 @@ int main(int argc, char** argv)
     }
     if (options.bListCommands)
         return PrintCommandList() ? kExitOk : kExitScanFailed;
-    if (options.pszExpression == nullptr)
+    if (options.pszExpression == nullptr && options.pszRules == nullptr)
         return UsageError("missing EXPRESSION");
 
     // Every usage mistake is reported before anything is parsed or read.
@@ -175,10 +183,19 @@ int main(int argc, char** argv)
         }
     }
 
+    // --rules: the file's rules take the place of the expression.
+    std::unique_ptr<CRulesMode> pRules;
+    if (options.pszRules != nullptr) {
+        int nStatus = kExitOk;
+        pRules = CRulesMode::Load(options, &nStatus);
+        if (pRules == nullptr)
+            return nStatus;
+    }
+
     CNrvDataEditingProfile profile;
     STrace trace = {options.bTrace, std::string()};
     CNrvParsingString::SetTraceCallback(OnTraceLine, &trace);
-    const NRVRESULT parsed = profile.Parse(options.pszExpression);
+    const NRVRESULT parsed = pRules != nullptr ? NRV_OK : profile.Parse(options.pszExpression);
     CNrvParsingString::SetTraceCallback(nullptr, nullptr);
     if (parsed < 0) {
         std::string message = "nrv-edit: cannot parse the expression: " + DescribeResult(parsed);
@@ -202,7 +219,7 @@ int main(int argc, char** argv)
     profile.WriteTriggerEndsWith(triggers.endsWith.c_str());
 
     COutput output(STDOUT_FILENO);
-    CScanPrinter printer(&profile, options.symbology, options.bEscapes, &output);
+    CScanPrinter printer(&profile, options.symbology, options.bEscapes, &output, pRules.get());
 
     if (bFromArguments) {
         for (size_t i = 0; i < options.data.size(); ++i) {
@@ -211,7 +228,7 @@ int main(int argc, char** argv)
             else
                 printer.EditAndPrint(options.data[i], strlen(options.data[i]));
         }
-        return Finish(&output, printer);
+        return Finish(&output, printer, pRules.get());
     }
 
     const bool bStandardInput = options.pszInput == nullptr || strcmp(options.pszInput, "-") == 0;
@@ -256,5 +273,5 @@ int main(int argc, char** argv)
     }
     if (!bStandardInput)
         close(fd);
-    return status != kExitOk ? status : Finish(&output, printer);
+    return status != kExitOk ? status : Finish(&output, printer, pRules.get());
 }
