@@ -66,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     NRV_FUZZ_CHECK(errors.empty() && set.GetRuleCount() >= 1);
     static const std::string kScans[] = {
         std::string("PN1234"),
-        std::string("]C101034531200000111719112510ABCD1234\x1D" "2110", 44),
+        std::string("]C101034531200000111719112510ABCD1234\x1D" "2110"),
         std::string("\x00\x01\x7f\x80\xff{x,y}", 10),
         std::string(),
     };
