@@ -129,9 +129,10 @@ private:
 
 int Finish(COutput* pOutput, const CScanPrinter& printer, const CRulesMode* pRules)
 {
+    const bool bFlushed = pOutput->Flush();
     if (pRules != nullptr && pRules->WantsStats())
-        pRules->PrintStats(stderr);
-    if (!pOutput->Flush()) {
+        pRules->PrintStats(stderr);  // after the output, the last thing said
+    if (!bFlushed) {
         fprintf(stderr, "nrv-edit: cannot write the output: %s\n", strerror(pOutput->Errno()));
         return kExitUsage;
     }
