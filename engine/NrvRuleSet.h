@@ -29,10 +29,11 @@ public:
     // pszName (null or empty: unnamed). On a parse failure returns the
     // parser's code and the set is unchanged. On success *ppProfile, when
     // given, receives the rule's profile, which the set owns, so that the
-    // caller can set its triggers. Replacing its expression with Parse is
-    // allowed; RemoveAllOperations is not (a profile without an expression
-    // edits nothing and ignores its triggers, so the rule would claim every
-    // scan).
+    // caller can set its triggers; it stays where it is when the set is
+    // moved. Replacing its expression with Parse is allowed, but a profile
+    // whose last Parse failed, or that RemoveAllOperations emptied, answers
+    // every scan without testing its triggers, so such a rule would claim
+    // every scan.
     NRVRESULT AddRule(const char* pszExpression, const char* pszName, CNrvDataEditingProfile** ppProfile);
 
     size_t GetRuleCount() const { return m_Rules.size(); }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "NrvDiagnostics.h"
 #include "NrvRulesFile.h"
 #include "NrvTomlPositions.h"
 
@@ -109,12 +110,6 @@ TEST(RulesFile, EveryErrorAtItsLineAndColumn)
         {"bad escape in a trigger", "[[rule]]\n" + kGood + "contains = 'a\\q'\n", 3, 12, "unknown escape \\q"},
         {"zero byte in a trigger", "[[rule]]\n" + kGood + "contains = '\\x00'\n", 3, 12, "cannot hold a zero byte"},
         {"zero byte in an expression", "[[rule]]\nexpression = \"a\\u0000b\"\n", 2, 14, "cannot hold a zero byte"},
-        // The expression's culprit: the first cut of the diagnostics gives the
-        // whole expression, so the column is where its first byte is written.
-        {"expression that does not parse", "[[rule]]\nexpression = 'x{Frobnicate()}'\n", 2, 15,
-         "rule 1: the expression does not parse"},
-        {"its code", "[[rule]]\nexpression = \"{TruncateFromEnd({DecodedData()})}\"\n", 2, 15, "(NRV_ERR_PARAMETER_COUNT, -84)"},
-        {"multi-line expression", "[[rule]]\nexpression = '''\n  {Nope()}'''\n", 3, 1, "(NRV_ERR_UNKNOWN_COMMAND, -83)"},
         {"rule not a table", "rule = [1]\n", 1, 9, "rule 1 must be a table, not an integer"},
     };
     for (const Row& row : rows) {
@@ -133,12 +128,49 @@ TEST(RulesFile, EveryErrorAtItsLineAndColumn)
     }
 }
 
+// An expression that does not parse is reported at its culprit: the column
+// where the expression starts in the file plus the culprit's offset in it
+// (these expressions are ASCII on one line), underlined over its length.
+TEST(RulesFile, ExpressionErrorsAtTheirCulprit)
+{
+    struct Row {
+        const char* pszName;
+        std::string text;
+        std::string expression;
+        size_t nLine, nStartColumn;
+        const char* pszMessage;
+    } rows[] = {
+        {"literal string", "[[rule]]\nexpression = 'x{Frobnicate()}'\n", "x{Frobnicate()}", 2, 15,
+         "rule 1: the expression does not parse: "},
+        {"basic string", "[[rule]]\nexpression = \"{TruncateFromEnd({DecodedData()})}\"\n",
+         "{TruncateFromEnd({DecodedData()})}", 2, 15, "(NRV_ERR_PARAMETER_COUNT, -84)"},
+        {"multi-line string, second rule", "[[rule]]\nexpression = 'ok'\n[[rule]]\nexpression = '''\n  {Nope()}'''\n",
+         "  {Nope()}", 5, 1, "rule 2: the expression does not parse: "},
+        {"unbalanced, in an inline table", "rule = [{ expression = \"ab{{DecodedData()}\" }]\n", "ab{{DecodedData()}",
+         1, 25, "(NRV_ERR_SYNTAX, -52)"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.pszName);
+        const TNrvDiagnostic diagnostic = NrvDiagnoseParse(row.expression.c_str());
+        ASSERT_LT(diagnostic.nCode, 0);
+        CNrvRuleSet set;
+        std::vector<TNrvRulesError> errors;
+        EXPECT_FALSE(Read(row.text, &set, &errors));
+        ASSERT_EQ(errors.size(), 1u);
+        EXPECT_EQ(errors[0].nLine, row.nLine);
+        EXPECT_EQ(errors[0].nColumn, row.nStartColumn + diagnostic.nOffset);
+        EXPECT_EQ(errors[0].nWidth, diagnostic.nLength != 0 ? diagnostic.nLength : 1);
+        EXPECT_NE(errors[0].message.find(row.pszMessage), std::string::npos) << errors[0].message;
+        EXPECT_NE(errors[0].message.find(diagnostic.message), std::string::npos) << errors[0].message;
+    }
+}
+
 TEST(RulesFile, EveryErrorOfAFileInFileOrderAndShown)
 {
     const std::string text =
         "[[rule]]\n"
         "starts-with = 'PN'\n"
-        "expression = 'x {Nope()}'\n"
+        "expression = 12\n"
         "ends-wth = 'x'\n"
         "[[rule]]\n"
         "\tsymbologies = ['Aztec', \"qr\"]\n";
@@ -146,7 +178,7 @@ TEST(RulesFile, EveryErrorOfAFileInFileOrderAndShown)
     std::vector<TNrvRulesError> errors;
     ASSERT_FALSE(Read(text, &set, &errors));
     ASSERT_EQ(errors.size(), 4u);
-    const size_t expected[][2] = {{3, 15}, {4, 1}, {5, 1}, {6, 26}};
+    const size_t expected[][2] = {{3, 14}, {4, 1}, {5, 1}, {6, 26}};
     for (size_t i = 0; i < 4; ++i) {
         EXPECT_EQ(errors[i].nLine, expected[i][0]) << i;
         EXPECT_EQ(errors[i].nColumn, expected[i][1]) << i;

@@ -31,6 +31,8 @@ public:
     // Which rule the last scan went to: "rule 2 (Part numbers) applied" or
     // "no rule applied".
     std::string DescribeAppliedRule() const;
+    // That line for --explain, before the tree.
+    void PrintAppliedRule(FILE* pFile) const { fprintf(pFile, "%s\n", DescribeAppliedRule().c_str()); }
     // --stats: per rule the scans it edited and those whose edit failed,
     // then the scans no rule took.
     void PrintStats(FILE* pFile) const;
