@@ -5,7 +5,7 @@
 # the reproducer in WORK/artifacts/.
 #
 # usage: fuzz/run.sh [-t SECONDS] [-b BUILD_DIR] [-w WORK_DIR] [TARGET...]
-#   TARGET        parse, edit or structures (default: all three, one after the other)
+#   TARGET        parse, edit, structures or rules (default: all four, one after the other)
 #   -t SECONDS    time per target (default 60)
 #   -b BUILD_DIR  build directory (default build-fuzz)
 #   -w WORK_DIR   grown corpora and artifacts (default BUILD_DIR/fuzz-work);
@@ -26,7 +26,7 @@ while getopts "t:b:w:" option; do
 done
 shift $((OPTIND - 1))
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(parse edit structures)
+[ ${#targets[@]} -gt 0 ] || targets=(parse edit structures rules)
 work=${work:-$build/fuzz-work}
 
 if [ ! -f "$build/CMakeCache.txt" ]; then
@@ -39,7 +39,7 @@ cmake --build "$build" -j2 --target "${targets[@]/#/nrv_fuzz_}"
 
 # Longest input per target: an expression and a scan of a few kilobytes
 # reach every path; longer ones only slow the search down.
-declare -A max_len=([parse]=4096 [edit]=4096 [structures]=2048)
+declare -A max_len=([parse]=4096 [edit]=4096 [structures]=2048 [rules]=4096)
 export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
 mkdir -p "$work/artifacts"

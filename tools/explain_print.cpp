@@ -137,9 +137,11 @@ std::string FormatParseError(const char* pszExpression, const TNrvDiagnostic& di
     return message + line + "\n" + carets + "\n";
 }
 
-std::string FormatScanFailure(unsigned long long nScan, const TNrvDiagnostic& failure)
+std::string FormatScanFailure(unsigned long long nScan, const TNrvDiagnostic& failure, const std::string& context)
 {
     std::string message = "nrv-edit: scan " + std::to_string(nScan) + ": ";
+    if (!context.empty())
+        message += context + ": ";
     if (!failure.command.empty())
         message += failure.command + ": ";
     return message + failure.message + " " + CodeSuffix(failure.nCode) + "\n";

@@ -20,8 +20,10 @@ bool UseColor(EColor color, int fd);
 // a window around the range.
 std::string FormatParseError(const char* pszExpression, const TNrvDiagnostic& diagnostic, bool bColor);
 
-// "nrv-edit: scan N: <command>: <sentence> (NAME, code)".
-std::string FormatScanFailure(unsigned long long nScan, const TNrvDiagnostic& failure);
+// "nrv-edit: scan N: <context>: <command>: <sentence> (NAME, code)"; the
+// context (e.g. the rule that took the scan) is left out when empty.
+std::string FormatScanFailure(unsigned long long nScan, const TNrvDiagnostic& failure,
+                              const std::string& context = std::string());
 
 // "scan N: "<scan>" => "<output>"" and below it the tree, two spaces per
 // level: each node and what it gave, the failing command marked.

@@ -93,9 +93,12 @@ std::string JsonParseOutcome(const TNrvDiagnostic& diagnostic)
 }
 
 std::string JsonExplanation(unsigned long long nScan, NRVRESULT nCode, const std::string& output,
-                            const TNrvExplanation& explanation)
+                            const TNrvExplanation& explanation, const std::string& rule)
 {
-    std::string json = "{\"scan\":" + std::to_string(nScan) + ",\"code\":";
+    std::string json = "{\"scan\":" + std::to_string(nScan);
+    if (!rule.empty())
+        json += ",\"rule\":" + rule;
+    json += ",\"code\":";
     AppendCode(nCode, &json);
     json += ",\"output\":";
     AppendJsonString(output.data(), output.size(), &json);

@@ -16,8 +16,9 @@ std::string JsonParseOutcome(const TNrvDiagnostic& diagnostic);
 // --explain --json, one object per scan: {"scan":N,"code":C,"output":...,
 // "nodes":[...]} and, when the edit failed, "failure":{...}. nCode and the
 // output are those of the edit itself (NRV_OK_NOT_TRIGGERED leaves the
-// scan as it was, with no nodes).
+// scan as it was, with no nodes). A non-empty rule (JSON of the rule that
+// took the scan, or null) is added as "rule".
 std::string JsonExplanation(unsigned long long nScan, NRVRESULT nCode, const std::string& output,
-                            const TNrvExplanation& explanation);
+                            const TNrvExplanation& explanation, const std::string& rule = std::string());
 
 #endif  // NRV_EDIT_JSON_H

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,7 @@
 #include "json.h"
 #include "line_io.h"
 #include "options.h"
+#include "rules_mode.h"
 
 #ifndef NRV_EDIT_VERSION
 #define NRV_EDIT_VERSION "unknown"
@@ -68,8 +70,10 @@ struct STriggerTexts {
 // Edits scans one at a time and prints one line for each.
 class CScanPrinter {
 public:
-    CScanPrinter(CNrvDataEditingProfile* pProfile, const SOptions& options, COutput* pOutput)
+    // pRules, when given, edits in the profile's place (--rules).
+    CScanPrinter(CNrvDataEditingProfile* pProfile, CRulesMode* pRules, const SOptions& options, COutput* pOutput)
         : m_pProfile(pProfile),
+          m_pRules(pRules),
           m_pszExpression(options.pszExpression),
           m_bExplain(options.bExplain),
           m_bJson(options.bJson),
@@ -89,16 +93,14 @@ public:
     {
         ++m_nScan;
         TNrvScanDecodedData record = {m_Symbology, m_SymbologyName, {nLength, pData}};
-        const NRVRESULT result = m_pProfile->Edit(&record);
+        const NRVRESULT result = m_pRules != nullptr ? m_pRules->Edit(&record) : m_pProfile->Edit(&record);
         if (m_bExplain) {
             Explain(result, pData, nLength, record.String);
             return;
         }
         if (result < 0) {
-            // The record is untouched: the scan goes out as it came in. Only
-            // now is the expression explained, to say which command failed.
-            const TNrvExplanation explanation = NrvExplain(m_pszExpression, pData, nLength);
-            fputs(FormatScanFailure(m_nScan, explanation.failure).c_str(), stderr);
+            // The record is untouched: the scan goes out as it came in.
+            ReportFailure(result, pData, nLength);
             m_bAnyFailed = true;
         }
         if (m_bEscapes) {
@@ -115,19 +117,41 @@ public:
 
 private:
     // --explain: the scan's tree (or JSON object) instead of its edited line.
+    // The expression the last scan went through: the profile's, or the one
+    // of the rule that took it.
+    const char* LastExpression() const
+    {
+        return m_pRules != nullptr ? m_pRules->LastExpression() : m_pszExpression;
+    }
+
+    // Only a failing scan is explained, to say which command failed, so
+    // the edits that succeed cost nothing more.
+    void ReportFailure(NRVRESULT result, const char* pData, size_t nLength) const
+    {
+        if (m_pRules != nullptr && result == CRulesMode::kNoRuleMatched) {
+            fprintf(stderr, "nrv-edit: scan %llu: no rule matched\n", m_nScan);
+            return;
+        }
+        const TNrvExplanation explanation = NrvExplain(LastExpression(), pData, nLength);
+        const std::string context = m_pRules != nullptr ? m_pRules->LastRuleLabel() : std::string();
+        fputs(FormatScanFailure(m_nScan, explanation.failure, context).c_str(), stderr);
+    }
+
     void Explain(NRVRESULT result, const char* pData, size_t nLength, const TNrvScanString& edited)
     {
         m_bAnyFailed = m_bAnyFailed || result < 0;
+        const bool bRan = result != NRV_OK_NOT_TRIGGERED && LastExpression() != nullptr;
+        const TNrvExplanation explanation = bRan ? NrvExplain(LastExpression(), pData, nLength) : TNrvExplanation();
         std::string text;
-        if (result == NRV_OK_NOT_TRIGGERED && !m_bJson) {
-            text = FormatNotTriggered(m_nScan, pData, nLength);
+        if (m_bJson) {
+            const std::string rule = m_pRules != nullptr ? m_pRules->LastRuleJson() : std::string();
+            text = JsonExplanation(m_nScan, result, std::string(edited.pValue, edited.nLength), explanation, rule) +
+                   "\n";
         } else {
-            const TNrvExplanation explanation =
-                result == NRV_OK_NOT_TRIGGERED ? TNrvExplanation() : NrvExplain(m_pszExpression, pData, nLength);
-            if (m_bJson)
-                text = JsonExplanation(m_nScan, result, std::string(edited.pValue, edited.nLength), explanation) + "\n";
-            else
-                text = FormatExplanation(m_nScan, pData, nLength, explanation, m_bColor);
+            if (m_pRules != nullptr)
+                text = m_pRules->DescribeAppliedRule() + "\n";
+            text += bRan ? FormatExplanation(m_nScan, pData, nLength, explanation, m_bColor)
+                         : FormatNotTriggered(m_nScan, pData, nLength);
         }
         m_pOutput->Write(text.data(), text.size());
     }
@@ -137,6 +161,7 @@ public:
 
 private:
     CNrvDataEditingProfile* m_pProfile;
+    CRulesMode* m_pRules;
     const char* m_pszExpression;
     bool m_bExplain;
     bool m_bJson;
@@ -150,9 +175,12 @@ private:
     std::string m_Escaped;
 };
 
-int Finish(COutput* pOutput, const CScanPrinter& printer)
+int Finish(COutput* pOutput, const CScanPrinter& printer, const CRulesMode* pRules)
 {
-    if (!pOutput->Flush()) {
+    const bool bFlushed = pOutput->Flush();
+    if (pRules != nullptr && pRules->WantsStats())
+        pRules->PrintStats(stderr);  // after the output, the last thing said
+    if (!bFlushed) {
         fprintf(stderr, "nrv-edit: cannot write the output: %s\n", strerror(pOutput->Errno()));
         return kExitUsage;
     }
@@ -177,7 +205,7 @@ int main(int argc, char** argv)
     }
     if (options.bListCommands)
         return PrintCommandList() ? kExitOk : kExitScanFailed;
-    if (options.pszExpression == nullptr)
+    if (options.pszExpression == nullptr && options.pszRules == nullptr)
         return UsageError("missing EXPRESSION");
     if (options.bJson && !options.bCheck && !options.bExplain)
         return UsageError("--json goes with --check or --explain");
@@ -206,9 +234,18 @@ int main(int argc, char** argv)
         }
     }
 
+    // --rules: the file's rules take the place of the expression.
+    std::unique_ptr<CRulesMode> pRules;
+    if (options.pszRules != nullptr) {
+        int nStatus = kExitOk;
+        pRules = CRulesMode::Load(options, &nStatus);
+        if (pRules == nullptr)
+            return nStatus;
+    }
+
     CNrvDataEditingProfile profile;
     CNrvParsingString::SetTraceCallback(options.bTrace ? OnTraceLine : nullptr, nullptr);
-    const NRVRESULT parsed = profile.Parse(options.pszExpression);
+    const NRVRESULT parsed = pRules != nullptr ? NRV_OK : profile.Parse(options.pszExpression);
     CNrvParsingString::SetTraceCallback(nullptr, nullptr);
     if (parsed < 0) {
         // Asked only now: the diagnostic parses the expression once more.
@@ -235,7 +272,7 @@ int main(int argc, char** argv)
     profile.WriteTriggerEndsWith(triggers.endsWith.c_str());
 
     COutput output(STDOUT_FILENO);
-    CScanPrinter printer(&profile, options, &output);
+    CScanPrinter printer(&profile, pRules.get(), options, &output);
 
     if (bFromArguments) {
         for (size_t i = 0; i < options.data.size(); ++i) {
@@ -244,7 +281,7 @@ int main(int argc, char** argv)
             else
                 printer.EditAndPrint(options.data[i], strlen(options.data[i]));
         }
-        return Finish(&output, printer);
+        return Finish(&output, printer, pRules.get());
     }
 
     const bool bStandardInput = options.pszInput == nullptr || strcmp(options.pszInput, "-") == 0;
@@ -289,5 +326,5 @@ int main(int argc, char** argv)
     }
     if (!bStandardInput)
         close(fd);
-    return status != kExitOk ? status : Finish(&output, printer);
+    return status != kExitOk ? status : Finish(&output, printer, pRules.get());
 }

@@ -24,6 +24,9 @@ enum {
     kOptExplain,
     kOptJson,
     kOptColor,
+    kOptRules,
+    kOptStats,
+    kOptRequireMatch,
 };
 
 const option kLongOptions[] = {
@@ -44,6 +47,9 @@ const option kLongOptions[] = {
     {"explain", no_argument, nullptr, kOptExplain},
     {"json", no_argument, nullptr, kOptJson},
     {"color", optional_argument, nullptr, kOptColor},
+    {"rules", required_argument, nullptr, kOptRules},
+    {"stats", no_argument, nullptr, kOptStats},
+    {"require-match", no_argument, nullptr, kOptRequireMatch},
     {nullptr, 0, nullptr, 0},
 };
 
@@ -109,6 +115,9 @@ bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError
         case kOptContains: pOptions->pszContains = optarg; break;
         case kOptStartsWith: pOptions->pszStartsWith = optarg; break;
         case kOptEndsWith: pOptions->pszEndsWith = optarg; break;
+        case kOptRules: pOptions->pszRules = optarg; break;
+        case kOptStats: pOptions->bStats = true; break;
+        case kOptRequireMatch: pOptions->bRequireMatch = true; break;
         case 's':
         case kOptOnlySymbology: {
             ENrvScanSymbologyID id;
@@ -140,7 +149,12 @@ bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError
             return false;
         }
     }
-    if (optind < argc)
+    if ((pOptions->bStats || pOptions->bRequireMatch) && pOptions->pszRules == nullptr) {
+        *pError = std::string(pOptions->bStats ? "--stats" : "--require-match") + " goes with --rules only";
+        return false;
+    }
+    // With --rules every operand is a scan.
+    if (optind < argc && pOptions->pszRules == nullptr)
         pOptions->pszExpression = argv[optind++];
     for (; optind < argc; ++optind)
         pOptions->data.push_back(argv[optind]);
@@ -150,6 +164,7 @@ bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError
 void PrintHelp()
 {
     fputs("Usage: nrv-edit [OPTIONS] EXPRESSION [DATA...]\n"
+          "       nrv-edit [OPTIONS] --rules FILE [DATA...]\n"
           "Applies a data-editing expression to scans and prints one edited line per scan.\n"
           "Each DATA argument is one scan; without DATA, each line of standard input\n"
           "(or of -i FILE) is one scan, its newline not included.\n"
@@ -180,8 +195,17 @@ void PrintHelp()
           "      --starts-with TEXT   edit only scans starting with TEXT\n"
           "      --ends-with TEXT     edit only scans ending with TEXT\n"
           "\n"
+          "Several rules (a TOML file of [[rule]] tables, tried in order; the first whose\n"
+          "triggers hold edits the scan; a failing edit does not fall through):\n"
+          "      --rules FILE         the rules in FILE take the place of EXPRESSION;\n"
+          "                           with --check, print 'ok' or every error in FILE\n"
+          "      --stats              at the end, on standard error: scans each rule edited,\n"
+          "                           how many failed, how many no rule matched\n"
+          "      --require-match      a scan no rule matched is a failure (printed unchanged)\n"
+          "\n"
           "Exit status: 0 every scan edited or passed through; 1 some scan's edit failed\n"
-          "(that scan is printed unchanged); 2 usage error or an expression that does not parse.\n"
+          "(that scan is printed unchanged); 2 usage error, an expression that does not parse,\n"
+          "or a rules file with errors.\n"
           "\n"
           "Commands (--list-commands shows their parameters):\n",
           stdout);

@@ -31,6 +31,11 @@ struct SOptions {
     const char* pszStartsWith = nullptr;
     const char* pszEndsWith = nullptr;
 
+    // --rules FILE takes the place of the expression (rules_mode.h).
+    const char* pszRules = nullptr;
+    bool bStats = false;
+    bool bRequireMatch = false;
+
     const char* pszExpression = nullptr;
     std::vector<char*> data;  // DATA arguments, as given
 };

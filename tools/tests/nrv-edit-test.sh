@@ -6,6 +6,7 @@
 # Usage: nrv-edit-test.sh PATH-TO-nrv-edit GROUP
 # Groups: parse-error failing-scan triggers escapes batch usage list-commands
 #         explain json color
+#         rules rules-check rules-stats rules-require-match
 set -u
 
 TOOL=$1
@@ -88,6 +89,27 @@ stderr_lines() {
 }
 
 CUT2='{TruncateFromBeginning({DecodedData()},2)}'
+EXAMPLE_RULES=$(dirname "$0")/../../examples/rules.toml
+
+# A rules file for the --rules groups: order, a failing rule, escapes.
+write_rules() {
+    cat >"$WORK/rules.toml" <<'RULES'
+[[rule]]
+name = "Part numbers"
+starts-with = "PN"
+expression = 'Part: {TruncateFromBeginning({DecodedData()},2)}'
+
+[[rule]]
+symbologies = ["qrcode", 15]
+ends-with = '\x1D'
+expression = '{DecodedDataWithoutTrailer()}'
+
+[[rule]]
+name = "Short"
+max-size = 3
+expression = '[{DecodedData()}]'
+RULES
+}
 SHOW='[{DecodedData()}]'
 
 case $GROUP in
@@ -418,6 +440,109 @@ color)
         fi
     fi
     expect "an unknown value" 2 NONE "invalid value 'sometimes' for --color" --color=sometimes '{Nope()}' x
+    ;;
+
+rules)
+    write_rules
+    expect "the first rule that holds edits; -s applies to every scan" 0 "Part: 42
+[ab]
+Part: 7
+abcd" '' -s Code128 --rules "$WORK/rules.toml" PN42 ab PN7 abcd
+    # Rule 1 takes PN and fails: the scan is printed unchanged and rule 3,
+    # which would hold, is not tried.
+    expect "a failing edit does not fall through" 1 "PN
+[xy]" "nrv-edit: scan 1: rule 1 (Part numbers): TruncateFromBeginning: count 2 is not less than the length 2 of the text (NRV_ERR_OUT_OF_RANGE, -43)" --rules "$WORK/rules.toml" PN xy
+    stderr_lines "one message for the failing scan" 1
+    input 'PN1\nQR-9\x1d\nzz\n'
+    expect "batch with -e: escaped trigger in the file, symbology by number" 0 "Part: 1
+QR-9
+[zz]" '' -e -s 15 --rules "$WORK/rules.toml"
+    input 'QR-9\x1d\n'
+    expect "symbology not listed: no rule" 0 'QR-9\x1D' '' -e -s Aztec --rules "$WORK/rules.toml"
+    printf 'PN5\n' >"$WORK/scans"
+    expect "-i FILE" 0 "Part: 5" '' -i "$WORK/scans" --rules "$WORK/rules.toml"
+    expect "the example file: UPC-A loses its leading zero" 0 "036602301467
+3560070169443" '' -s UpcA --rules "$EXAMPLE_RULES" 0036602301467 3560070169443
+    expect "the example file: GS1 separators and GTIN" 0 '01095040000591012112345678p901|101234567p
+GTIN 04412345678909' '' -e -s DataMatrix --rules "$EXAMPLE_RULES" \
+        '01095040000591012112345678p901\x1D101234567p' 0104412345678909
+    expect "an operand is a scan, never an expression" 0 "{Nope()}" '' --rules "$WORK/rules.toml" '{Nope()}'
+    expect "--explain names the rule before its tree, or that none applied" 0 'rule 1 (Part numbers) applied
+scan 1: "PN7" => "Part: 7"
+  "Part: " => "Part: "
+  TruncateFromBeginning => "7"
+    DecodedData => "PN7"
+    2 => 2
+no rule applied
+scan 2: "abcd" not triggered, left unchanged' '' --explain --rules "$WORK/rules.toml" PN7 abcd
+    expect "--explain --json carries the rule" 0 '{"scan":1,"rule":{"index":1,"name":"Part numbers"},"code":0,"output":"Part: 7","nodes":[{"kind":"text","name":"Part: ","offset":0,"length":6,"code":0,"value":"Part: ","params":[]},{"kind":"command","name":"TruncateFromBeginning","offset":6,"length":42,"code":0,"value":"7","params":[{"kind":"command","name":"DecodedData","offset":29,"length":15,"code":0,"value":"PN7","params":[]},{"kind":"integer","name":"2","offset":45,"length":1,"code":0,"value":2,"params":[]}]}]}' \
+        '' --explain --json --rules "$WORK/rules.toml" PN7
+    expect "trigger options do not go with --rules" 2 NONE "--starts-with does not go with --rules" \
+        --starts-with PN --rules "$WORK/rules.toml" x
+    expect "unreadable rules file" 2 NONE "$WORK/missing.toml: cannot read the file" --rules "$WORK/missing.toml" x
+    ;;
+
+rules-check)
+    write_rules
+    expect "--check --rules accepts" 0 "ok" '' --check --rules "$WORK/rules.toml"
+    expect "the example file is valid" 0 "ok" '' --check --rules "$EXAMPLE_RULES"
+    cat >"$WORK/bad.toml" <<'RULES'
+[[rule]]
+  start-with = "PN"
+expression = 'x{Frobnicate()}'
+[[rule]]
+symbologies = ["Code129"]
+min-size = 5
+max-size = 4
+RULES
+    input 'never read\n'
+    expect "every error, each at its line and column" 2 NONE "$WORK/bad.toml:2:3: rule 1: unknown key 'start-with' (did you mean 'starts-with'?)" \
+        --check --rules "$WORK/bad.toml"
+    for piece in "$WORK/bad.toml:3:" "rule 1: the expression does not parse" "(NRV_ERR_UNKNOWN_COMMAND, -83)" \
+        "$WORK/bad.toml:4:1: rule 2 has no 'expression'" "$WORK/bad.toml:5:16: rule 2: unknown symbology 'Code129'" \
+        "$WORK/bad.toml:6:12: rule 2 can never match" "nrv-edit: 5 errors in the rules file"; do
+        cases=$((cases + 1))
+        grep -qF -- "$piece" "$WORK/err" || { failures=$((failures + 1)); echo "FAIL --check lacks: $piece"; }
+    done
+    # Each error: its message, the line, a caret.
+    stderr_lines "three lines per error and a count" 16
+    cases=$((cases + 1))
+    if ! grep -qxF '      ^~~~~~~~~~' "$WORK/err"; then
+        failures=$((failures + 1))
+        echo "FAIL no caret under the misspelt key"
+    fi
+    expect "errors stop a run before any scan" 2 NONE "5 errors" --rules "$WORK/bad.toml" PN1
+    printf '[[rule]]\nexpression = \n' >"$WORK/syntax.toml"
+    expect "TOML syntax error" 2 NONE "$WORK/syntax.toml:2:14: " --check --rules "$WORK/syntax.toml"
+    ;;
+
+rules-stats)
+    write_rules
+    input 'PN1\nPN\nabcdef\nxy\nPN22\n'
+    expect "--stats counts each rule's edits and failures, and the unmatched" 1 "Part: 1
+PN
+abcdef
+[xy]
+Part: 22" "stats: rule 1 (Part numbers): 2 edited, 1 failed" --stats --rules "$WORK/rules.toml"
+    for piece in "stats: rule 2: 0 edited, 0 failed" "stats: rule 3 (Short): 1 edited, 0 failed" \
+        "stats: no rule matched: 1"; do
+        cases=$((cases + 1))
+        grep -qxF -- "$piece" "$WORK/err" || { failures=$((failures + 1)); echo "FAIL --stats lacks: $piece"; }
+    done
+    stderr_lines "one failure line and four stats lines" 5
+    expect "no --stats, no stats" 0 "Part: 1" '' --rules "$WORK/rules.toml" PN1
+    expect "--stats needs --rules" 2 NONE "--stats goes with --rules only" --stats "$SHOW" x
+    ;;
+
+rules-require-match)
+    write_rules
+    expect "without --require-match an unmatched scan passes" 0 "abcd" '' --rules "$WORK/rules.toml" abcd
+    expect "--require-match: an unmatched scan is a failure" 1 "Part: 1
+abcd
+[ab]" "nrv-edit: scan 2: no rule matched" --require-match --rules "$WORK/rules.toml" PN1 abcd ab
+    stderr_lines "one message" 1
+    expect "--require-match, every scan matched" 0 "Part: 1" '' --require-match --rules "$WORK/rules.toml" PN1
+    expect "--require-match needs --rules" 2 NONE "--require-match goes with --rules only" --require-match "$SHOW" x
     ;;
 
 *)
