@@ -106,6 +106,14 @@ TEST(TextCommands, SubstituteEveryByteOfTheSet)
         {"{Substitute({DecodedData()},{EscapeCharacter(0D0A)},)}", "1\r\n2\n", NRV_OK, "12"},
         {"{Substitute({DecodedData()},{EscapeCharacter(FF)},{EscapeCharacter(00)})}", "\xff" "a\xff", NRV_OK,
          "\0a\0"s},
+        // Every byte value is its own member: the high half is not read as
+        // negative, and neighbours of members stay.
+        {"{Substitute({DecodedData()},{EscapeCharacter(0080)},_)}", "\x7f\x80\x81\0\x01"s, NRV_OK,
+         "\x7f_\x81_\x01"},
+        {"{Substitute({DecodedData()},{EscapeCharacter(FF80)},<>)}", "a\xff\xfe\x80\x7f"s, NRV_OK,
+         "a<>\xfe<>\x7f"},
+        {"{Substitute({DecodedData()},{EscapeCharacter(00FF)},)}", "\xff\0x\xff"s, NRV_OK, "x"},
+        {"{Substitute({DecodedData()},ab,a)}", "abcab", NRV_OK, "aacaa"},
         {"{Substitute({DecodedData()},{FindFirstFromIndex({DecodedData()},-1,a,0)},x)}", "a",
          NRV_ERR_INVALID_PARAMETER, ""},
     });
