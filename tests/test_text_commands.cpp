@@ -203,6 +203,12 @@ TEST(TextCommands, ExtractBetweenMarkers)
         // Overlapping occurrences: the last 'aa' starts at 2.
         {"{Extract({DecodedData()},x,aa)}", "aaaa", NRV_OK, "aa"},
         {"{Extract({DecodedData()},1,2)}", "1234512", NRV_OK, "23451"},
+        // A marker's first byte alone is not a match, from either end.
+        {"{Extract({DecodedData()},<b,ab)}", "<a<b1ab2ac", NRV_OK, "1"},
+        {"{Extract({DecodedData()},<,ab)}", "<ab1ab2ac", NRV_OK, "ab1"},
+        // A marker that starts with a zero byte is found at the text's end.
+        {"{Extract({DecodedData()},{EscapeCharacter(00)},])}", "a]b", NRV_OK, ""},
+        {"{Extract({DecodedData()},[,{EscapeCharacter(00)})}", "[ab", NRV_OK, "ab"},
         // Markers are looked for only up to the text's first zero byte; the
         // piece may still run to the recorded end.
         {"{Extract({DecodedData()},[,])}", "[1]\0]x"s, NRV_OK, "1"},
