@@ -3,7 +3,7 @@
 // edit, next to the same new[]/memcpy/delete[] calls made without the
 // engine. When the C library hands freed memory at the top of its heap back
 // to the system, the next edit faults every page in again; the second
-// column group shows whether the engine's own allocation pattern is enough
+// line of each size shows that the same calls without the engine are enough
 // to cause it. Run each size in a fresh process (--size=N) so that what the
 // allocator learned from one size does not carry over to the next; with no
 // argument, the program runs itself once per size.
@@ -78,6 +78,9 @@ void ThreeBuffers(const std::string& scan, std::string& out)
 void RunSize(size_t nSize)
 {
     const std::string scan = GrowthScan(nSize);
+    // First, while the heap is fresh, as an application that edits nothing.
+    std::string out(nSize, ' ');
+    Measure("same 3 buffers, no engine", nSize, [&] { ThreeBuffers(scan, out); });
     const struct {
         const char* pszName;
         const char* pszExpression;
@@ -91,8 +94,6 @@ void RunSize(size_t nSize)
         EngineEdit engine(scan, c.pszExpression);
         Measure(c.pszName, nSize, [&] { engine.Run(); });
     }
-    std::string out(nSize, ' ');
-    Measure("same 3 buffers, no engine", nSize, [&] { ThreeBuffers(scan, out); });
 }
 
 }  // namespace
