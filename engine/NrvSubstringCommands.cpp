@@ -97,7 +97,7 @@ int CNrvOperationExtract::GetOccurrenceIndex(const char* pszInput, const char* p
             p = static_cast<const char*>(memchr(p, pszSearch[0], static_cast<size_t>(pLast - p) + 1));
             if (p == nullptr)
                 break;
-            if (m <= 1 || memcmp(p + 1, pszSearch + 1, m - 1) == 0)
+            if (memcmp(p, pszSearch, m) == 0)
                 return static_cast<int>(p - pszInput + m);
             ++p;
         }
@@ -105,7 +105,7 @@ int CNrvOperationExtract::GetOccurrenceIndex(const char* pszInput, const char* p
     }
     // The last occurrence is the first one met walking back from the end.
     for (size_t i = n - m + 1; i-- > 0;) {
-        if (pszInput[i] == pszSearch[0] && (m <= 1 || memcmp(pszInput + i + 1, pszSearch + 1, m - 1) == 0))
+        if (pszInput[i] == pszSearch[0] && memcmp(pszInput + i, pszSearch, m) == 0)
             return static_cast<int>(i);
     }
     return index;
