@@ -162,13 +162,15 @@ def report_bench(path):
             big_o[command] = f"{b['cpu_coefficient']:.3g} {b.get('big_o', '')}"
     sizes = sorted(sizes)
     print("\nGrowth: CPU time per edit (ns) by scan size in bytes, one command over the scan:\n")
-    print("| command | " + " | ".join(str(s) for s in sizes) + " | ns per byte at 8 KB | fitted CPU time (ns) |")
-    print("|---|" + "---:|" * len(sizes) + "---:|---|")
+    print("| command | " + " | ".join(str(s) for s in sizes)
+          + " | ns per byte at the largest | per byte, largest / 4096 | fitted CPU time (ns) |")
+    print("|---|" + "---:|" * len(sizes) + "---:|---:|---|")
     for command, by_size in growth.items():
         cells = [fmt(by_size[s]["cpu_time"], 1) if s in by_size else "-" for s in sizes]
         largest = max(by_size)
         per_byte = by_size[largest]["cpu_time"] / largest
-        print(f"| {command} | " + " | ".join(cells) + f" | {per_byte:.2f} | {big_o.get(command, '')} |")
+        ratio = f"{per_byte / (by_size[4096]['cpu_time'] / 4096):.1f}x" if 4096 in by_size else "-"
+        print(f"| {command} | " + " | ".join(cells) + f" | {per_byte:.2f} | {ratio} | {big_o.get(command, '')} |")
 
 
 def main():
