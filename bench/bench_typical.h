@@ -425,24 +425,19 @@ inline void FloorBetweenDashes(const std::string& scan, FloorProfile& profile)
     const size_t n = scan.size();
     profile.In(scan);
     char* pData = FloorCopy(profile.copy.data(), n);  // Substring's text
-    // FindFirstFromIndex: its four parameters, released when it returns.
-    char* p1 = FloorCopy(profile.copy.data(), n);
-    char* p2 = FloorCopy("-1", 2);
-    char* p3 = FloorCopy("-", 1);
-    char* p4 = FloorCopy("1", 1);
-    delete[] p4;
-    delete[] p3;
-    delete[] p2;
-    delete[] p1;
-    // FindLastFromIndex: the same.
-    p1 = FloorCopy(profile.copy.data(), n);
-    p2 = FloorCopy("-1", 2);
-    p3 = FloorCopy("-", 1);
-    p4 = FloorCopy("0", 1);
-    delete[] p4;
-    delete[] p3;
-    delete[] p2;
-    delete[] p1;
+    // Each find command: its four parameters, released when it returns.
+    auto Find = [&](const char* pszOffset) {
+        char* p1 = FloorCopy(profile.copy.data(), n);
+        char* p2 = FloorCopy("-1", 2);
+        char* p3 = FloorCopy("-", 1);
+        char* p4 = FloorCopy(pszOffset, 1);
+        delete[] p4;
+        delete[] p3;
+        delete[] p2;
+        delete[] p1;
+    };
+    Find("1");  // FindFirstFromIndex
+    Find("0");  // FindLastFromIndex
     char* pResult = FloorCopy(pData + 11, 4);  // the piece, known here
     delete[] pData;
     profile.Out(pResult, 4);
