@@ -50,7 +50,7 @@ def main():
         return 1
     xs = [x for points in series.values() for x, _ in points]
     ys = [y for points in series.values() for _, y in points]
-    x0, x1 = math.floor(math.log10(min(xs))), math.ceil(math.log10(max(xs)))
+    x0, x1 = math.floor(math.log10(min(xs))), math.log10(max(xs))
     y0, y1 = math.floor(math.log10(min(ys))), math.ceil(math.log10(max(ys)))
 
     def px(x):
@@ -64,7 +64,7 @@ def main():
            f'<rect width="{WIDTH}" height="{HEIGHT}" fill="white"/>',
            f'<text x="{LEFT}" y="22" font-size="15">CPU time per byte of scan (ns) against the scan\'s '
            f'length (bytes), one command per line</text>']
-    for e in range(x0, x1 + 1):
+    for e in range(x0, math.floor(x1) + 1):
         x = px(10 ** e)
         out.append(f'<line x1="{x:.1f}" y1="{TOP}" x2="{x:.1f}" y2="{HEIGHT - BOTTOM}" stroke="#ddd"/>')
         out.append(f'<text x="{x:.1f}" y="{HEIGHT - BOTTOM + 18}" text-anchor="middle">1e{e}</text>')
