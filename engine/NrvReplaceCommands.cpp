@@ -73,6 +73,23 @@ NRVRESULT CNrvOperationSubstitute::Run(CNrvOperationResult& Result) const
     if (sizeSearch == 0)
         return NRV_ERR_OUT_OF_RANGE;
 
+    if (sizeSearch == 1 && sizeReplacement == 1) {
+        // One byte for another, the usual case (a separator made visible):
+        // the size stays; the text is copied whole, then each occurrence
+        // found by memchr is overwritten.
+        std::unique_ptr<char[]> pszResult(new char[sizeInput + 1]);
+        const char cMember = pszSearch[0];
+        const char cReplacement = pszReplacement[0];
+        if (sizeInput != 0)
+            memcpy(pszResult.get(), pszInput, sizeInput);
+        char* p = pszResult.get();
+        char* const pEnd = p + sizeInput;
+        while (p < pEnd && (p = static_cast<char*>(memchr(p, cMember, static_cast<size_t>(pEnd - p)))) != nullptr)
+            *p++ = cReplacement;
+        pszResult[sizeInput] = '\0';
+        return Result.WriteResult(pszResult.get(), sizeInput);
+    }
+
     // The set's bytes marked in a table once per run, so each byte of the
     // text costs one look-up. Membership runs over the recorded length: a
     // zero byte in the set is a member like any other byte.
@@ -90,18 +107,7 @@ NRVRESULT CNrvOperationSubstitute::Run(CNrvOperationResult& Result) const
     }
     const size_t newSize = sizeInput - nCount + nCount * sizeReplacement;
     std::unique_ptr<char[]> pszResult(new char[newSize + 1]);
-    if (sizeReplacement == 1 && sizeSearch == 1) {
-        // One byte for another, the usual case (a separator made visible):
-        // the text copied whole, then each occurrence overwritten.
-        const char cMember = pszSearch[0];
-        const char cReplacement = pszReplacement[0];
-        if (sizeInput != 0)
-            memcpy(pszResult.get(), pszInput, sizeInput);
-        char* p = pszResult.get();
-        char* const pEnd = p + sizeInput;
-        while (p < pEnd && (p = static_cast<char*>(memchr(p, cMember, static_cast<size_t>(pEnd - p)))) != nullptr)
-            *p++ = cReplacement;
-    } else if (sizeReplacement == 1) {
+    if (sizeReplacement == 1) {
         const char cReplacement = pszReplacement[0];
         for (size_t i = 0; i < sizeInput; ++i)
             pszResult[i] = abInSet[pInput[i]] ? cReplacement : pszInput[i];

@@ -114,6 +114,9 @@ TEST(TextCommands, SubstituteEveryByteOfTheSet)
          "a<>\xfe<>\x7f"},
         {"{Substitute({DecodedData()},{EscapeCharacter(00FF)},)}", "\xff\0x\xff"s, NRV_OK, "x"},
         {"{Substitute({DecodedData()},ab,a)}", "abcab", NRV_OK, "aacaa"},
+        {"{Substitute({DecodedData()},-,+)}", "--a-", NRV_OK, "++a+"},
+        {"{Substitute({DecodedData()},{EscapeCharacter(FF)},{EscapeCharacter(80)})}", "\xff\x7f\xff"s, NRV_OK,
+         "\x80\x7f\x80"},
         {"{Substitute({DecodedData()},{FindFirstFromIndex({DecodedData()},-1,a,0)},x)}", "a",
          NRV_ERR_INVALID_PARAMETER, ""},
     });
