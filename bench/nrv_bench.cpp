@@ -109,7 +109,7 @@ struct EditSink {
     }
 };
 
-// ---- Growth: one command over scans from 1 byte to 8 KB.
+// ---- Growth: one command over scans from 1 byte to 1 MB.
 void RegisterGrowth()
 {
     for (const GrowthCase& c : GrowthCases()) {
@@ -133,7 +133,7 @@ void RegisterGrowth()
             state.SetComplexityN(static_cast<int64_t>(nSize));
         });
         std::vector<int64_t> sizes;
-        for (int64_t n : {1, 8, 64, 512, 1024, 2048, 4096, 8192})
+        for (int64_t n : {1, 64, 512, 4096, 16384, 65536, 262144, 1048576})
             if (static_cast<size_t>(n) >= c.nMinimumSize)
                 sizes.push_back(n);
         pBenchmark->ArgName("bytes")->ArgsProduct({sizes})->Complexity();

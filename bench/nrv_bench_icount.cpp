@@ -5,12 +5,14 @@
 // that the three forms of each edit agree.
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 #include <valgrind/callgrind.h>
 
 #include "bench_cases.h"
 #include "bench_engine.h"
+#include "bench_typical.h"
 
 namespace {
 
@@ -42,10 +44,46 @@ struct CountSink {
     }
 };
 
+// The six typical edits in every form this build has, checked to agree.
+void CountTypical(const TypicalEdit& edit)
+{
+    const std::string& scan = *edit.pScan;
+    std::string expected;
+    edit.pHand(scan, expected);
+    const std::string prefix = std::string("typical/") + edit.pszName + "/" + edit.pszScanName + "/";
+    EngineEdit engine(scan, edit.pszExpression);
+    if (engine.Run() < 0 || engine.Output() != expected) {
+        std::fprintf(stderr, "%s: engine and hand-written disagree\n", edit.pszName);
+        std::exit(3);
+    }
+    Block(prefix + "engine", [&] { engine.Run(); });
+    FloorProfile floor;
+    Block(prefix + "floor", [&] { edit.pFloor(scan, floor); });
+    std::string out;
+    Block(prefix + "hand", [&] { edit.pHand(scan, out); });
+    auto regex = [&](const char* pszForm, const auto& f) {
+        f(scan, out);
+        if (out != expected) {
+            std::fprintf(stderr, "%s: %s gives \"%s\", not \"%s\"\n", edit.pszName, pszForm, out.c_str(),
+                         expected.c_str());
+            std::exit(3);
+        }
+        Block(prefix + pszForm, [&] { f(scan, out); });
+    };
+    regex("std::regex", StdRegexEdit(edit.regex));
+#ifdef NRV_HAVE_RE2
+    regex("RE2", Re2Edit(edit.regex));
+#endif
+#ifdef NRV_HAVE_PCRE2
+    regex("PCRE2-JIT", Pcre2Edit(edit.regex));
+#endif
+}
+
 }  // namespace
 
 int main()
 {
+    ForEachTypicalEdit(CountTypical);
     CountSink sink;
     ForEachEditCase(sink);
     for (const ParseCase& c : ParseCases()) {

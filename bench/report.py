@@ -39,8 +39,32 @@ def edit_table(values, unit, digits):
     return "\n".join(rows)
 
 
+TYPICAL_FORMS = ["engine", "floor", "hand", "std::regex", "RE2", "PCRE2-JIT"]
+
+
+def typical_table(values):
+    """values: {(edit, scan, form): instructions} for the typical edits."""
+    forms = [f for f in TYPICAL_FORMS if any(k[2] == f for k in values)]
+    rows = ["| edit | scan | " + " | ".join(forms) + " | engine / floor | engine / hand | "
+            + " | ".join(f"{f} / engine" for f in forms[3:]) + " |",
+            "|---|---|" + "---:|" * (len(forms) + 2 + len(forms[3:]))]
+    keys = []
+    for (edit, scan, _form) in values:
+        if (edit, scan) not in keys:
+            keys.append((edit, scan))
+    for edit, scan in keys:
+        v = {f: values.get((edit, scan, f)) for f in forms}
+        e = v["engine"]
+        cells = [fmt(v[f]) if v[f] is not None else "-" for f in forms]
+        ratios = [f"{e / v['floor']:.2f}x", f"{e / v['hand']:.1f}x"]
+        ratios += [f"{v[f] / e:.2f}x" if v[f] is not None else "-" for f in forms[3:]]
+        rows.append(f"| {edit} | {scan} | " + " | ".join(cells + ratios) + " |")
+    return "\n".join(rows)
+
+
 def report_icount(directory):
     values = {}
+    typical = {}
     parse = []
     paths = glob.glob(os.path.join(directory, "callgrind.out.*"))
     for path in sorted(paths, key=lambda p: int(p.rsplit(".", 1)[1]) if p.rsplit(".", 1)[1].isdigit() else 0):
@@ -57,8 +81,14 @@ def report_icount(directory):
         parts = name.split("/")
         if parts[0] == "edit":
             values[(parts[1], parts[2], parts[3])] = per_round
+        elif parts[0] == "typical":
+            typical[(parts[1], parts[2], "/".join(parts[3:]))] = per_round
         elif parts[0] == "parse":
             parse.append((parts[1], per_round))
+    if typical:
+        print("Typical edits, instructions per edit (callgrind):\n")
+        print(typical_table(typical))
+        print()
     print("Instructions per edit (callgrind):\n")
     print(edit_table(values, "instr.", 0))
     print("\nInstructions per parse (callgrind):\n")
@@ -132,13 +162,15 @@ def report_bench(path):
             big_o[command] = f"{b['cpu_coefficient']:.3g} {b.get('big_o', '')}"
     sizes = sorted(sizes)
     print("\nGrowth: CPU time per edit (ns) by scan size in bytes, one command over the scan:\n")
-    print("| command | " + " | ".join(str(s) for s in sizes) + " | ns per byte at 8 KB | fitted CPU time (ns) |")
-    print("|---|" + "---:|" * len(sizes) + "---:|---|")
+    print("| command | " + " | ".join(str(s) for s in sizes)
+          + " | ns per byte at the largest | per byte, largest / 4096 | fitted CPU time (ns) |")
+    print("|---|" + "---:|" * len(sizes) + "---:|---:|---|")
     for command, by_size in growth.items():
         cells = [fmt(by_size[s]["cpu_time"], 1) if s in by_size else "-" for s in sizes]
         largest = max(by_size)
         per_byte = by_size[largest]["cpu_time"] / largest
-        print(f"| {command} | " + " | ".join(cells) + f" | {per_byte:.2f} | {big_o.get(command, '')} |")
+        ratio = f"{per_byte / (by_size[4096]['cpu_time'] / 4096):.1f}x" if 4096 in by_size else "-"
+        print(f"| {command} | " + " | ".join(cells) + f" | {per_byte:.2f} | {ratio} | {big_o.get(command, '')} |")
 
 
 def main():

@@ -119,8 +119,10 @@ int CNrvOperationFindLastFromIndex::FindIndex(CNrvOperationResult& OriginalStrin
     // instead of the square of the text. strncmp stops at a zero byte of the
     // text, as strstr would.
     const size_t nSearch = strlen(pszSearch);
+    // The search text is not empty here (strstr finds an empty one at once),
+    // so a first byte that differs rules a place out without a call.
     for (int32_t i = nFrom - 1; i >= 0; --i) {
-        if (strncmp(pszText + i, pszSearch, nSearch) == 0)
+        if (pszText[i] == pszSearch[0] && strncmp(pszText + i, pszSearch, nSearch) == 0)
             return i;
     }
     return kNrvIndexNotFound;

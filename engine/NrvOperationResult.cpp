@@ -5,11 +5,6 @@
 #include "NrvRuntimeLib.h"
 #include "NrvUtilities.h"
 
-CNrvOperationResult::CNrvOperationResult()
-    : m_nType(typeInt), m_nResult(0), m_pszResult(nullptr), m_nResultStringLength(0), m_Result(NRV_OK)
-{
-}
-
 CNrvOperationResult::CNrvOperationResult(const CNrvOperationResult& result)
     : m_nType(result.m_nType),
       m_nResult(result.m_nResult),
@@ -18,11 +13,6 @@ CNrvOperationResult::CNrvOperationResult(const CNrvOperationResult& result)
       m_Result(result.m_Result)
 {
     CopyTextFrom(result);
-}
-
-CNrvOperationResult::~CNrvOperationResult()
-{
-    delete[] m_pszResult;
 }
 
 CNrvOperationResult& CNrvOperationResult::operator=(const CNrvOperationResult& source)
@@ -49,39 +39,6 @@ void CNrvOperationResult::CopyTextFrom(const CNrvOperationResult& source)
         m_Result = result;
         m_nResultStringLength = 0;
     }
-}
-
-NRVRESULT CNrvOperationResult::WriteResult(const char* pszResult, size_t nResultLength)
-{
-    // Copy before releasing, so that a record can be given its own text, and
-    // so that a second write does not leak the first.
-    char* pszCopy = nullptr;
-    const NRVRESULT result = CNrvUtilities::AllocateAndCopy(&pszCopy, pszResult, nResultLength);
-    delete[] m_pszResult;
-    m_pszResult = pszCopy;
-    m_nResultStringLength = nResultLength;
-    m_nType = typeString;
-    return result;
-}
-
-void CNrvOperationResult::SetResult(int nResult)
-{
-    m_nResult = nResult;
-    m_nType = typeInt;
-}
-
-const char* CNrvOperationResult::GetResultString()
-{
-    if (m_pszResult == nullptr && m_nType == typeInt)
-        CreateStringFromInteger();
-    return m_pszResult;
-}
-
-size_t CNrvOperationResult::GetResultStringLength()
-{
-    if (m_pszResult == nullptr && m_nType == typeInt)
-        CreateStringFromInteger();
-    return m_nResultStringLength;
 }
 
 NRVRESULT CNrvOperationResult::CreateStringFromInteger()

@@ -69,24 +69,53 @@ NRVRESULT CNrvOperationSubstitute::Run(CNrvOperationResult& Result) const
     if (sizeSearch == 0)
         return NRV_ERR_OUT_OF_RANGE;
 
-    // Membership runs over the recorded length: a zero byte in the set is a
-    // member like any other byte.
-    auto IsInSet = [pszSearch, sizeSearch](char c) { return memchr(pszSearch, c, sizeSearch) != nullptr; };
+    if (sizeSearch == 1 && sizeReplacement == 1) {
+        // One byte for another, the usual case (a separator made visible):
+        // the size stays; the text is copied whole, then each occurrence
+        // found by memchr is overwritten.
+        std::unique_ptr<char[]> pszResult(new char[sizeInput + 1]);
+        const char cMember = pszSearch[0];
+        const char cReplacement = pszReplacement[0];
+        if (sizeInput != 0)
+            memcpy(pszResult.get(), pszInput, sizeInput);
+        char* p = pszResult.get();
+        char* const pEnd = p + sizeInput;
+        while (p < pEnd && (p = static_cast<char*>(memchr(p, cMember, static_cast<size_t>(pEnd - p)))) != nullptr)
+            *p++ = cReplacement;
+        pszResult[sizeInput] = '\0';
+        return Result.WriteResult(pszResult.get(), sizeInput);
+    }
 
+    // The set's bytes marked in a table once per run, so each byte of the
+    // text costs one look-up. Membership runs over the recorded length: a
+    // zero byte in the set is a member like any other byte.
+    bool abInSet[256] = {};
+    for (size_t i = 0; i < sizeSearch; ++i)
+        abInSet[static_cast<unsigned char>(pszSearch[i])] = true;
+    const unsigned char* const pInput = reinterpret_cast<const unsigned char*>(pszInput);
+
+    // A one-byte replacement keeps the size, so only other replacements need
+    // the members counted first.
     size_t nCount = 0;
-    for (size_t i = 0; i < sizeInput; ++i) {
-        if (IsInSet(pszInput[i]))
-            ++nCount;
+    if (sizeReplacement != 1) {
+        for (size_t i = 0; i < sizeInput; ++i)
+            nCount += abInSet[pInput[i]];
     }
     const size_t newSize = sizeInput - nCount + nCount * sizeReplacement;
     std::unique_ptr<char[]> pszResult(new char[newSize + 1]);
-    size_t index = 0;
-    for (size_t i = 0; i < sizeInput; ++i) {
-        if (!IsInSet(pszInput[i])) {
-            pszResult[index++] = pszInput[i];
-        } else if (sizeReplacement != 0) {
-            memcpy(pszResult.get() + index, pszReplacement, sizeReplacement);
-            index += sizeReplacement;
+    if (sizeReplacement == 1) {
+        const char cReplacement = pszReplacement[0];
+        for (size_t i = 0; i < sizeInput; ++i)
+            pszResult[i] = abInSet[pInput[i]] ? cReplacement : pszInput[i];
+    } else {
+        size_t index = 0;
+        for (size_t i = 0; i < sizeInput; ++i) {
+            if (!abInSet[pInput[i]]) {
+                pszResult[index++] = pszInput[i];
+            } else if (sizeReplacement != 0) {
+                memcpy(pszResult.get() + index, pszReplacement, sizeReplacement);
+                index += sizeReplacement;
+            }
         }
     }
     pszResult[newSize] = '\0';

@@ -87,12 +87,24 @@ int CNrvOperationExtract::GetOccurrenceIndex(const char* pszInput, const char* p
     // marker equal to the whole text is not found.
     if (m >= n)
         return index;
-    for (size_t i = 0; i <= n - m; ++i) {
-        if (pszInput[i] != pszSearch[0] || memcmp(pszInput + i, pszSearch, m) != 0)
-            continue;
-        if (bFirst)
-            return static_cast<int>(i + m);
-        index = static_cast<int>(i);
+    if (bFirst) {
+        // Candidates are found by their first byte.
+        const char* p = pszInput;
+        const char* const pLast = pszInput + (n - m);
+        while (p <= pLast) {
+            p = static_cast<const char*>(memchr(p, pszSearch[0], static_cast<size_t>(pLast - p) + 1));
+            if (p == nullptr)
+                break;
+            if (memcmp(p, pszSearch, m) == 0)
+                return static_cast<int>(p - pszInput + m);
+            ++p;
+        }
+        return index;
+    }
+    // The last occurrence is the first one met walking back from the end.
+    for (size_t i = n - m + 1; i-- > 0;) {
+        if (pszInput[i] == pszSearch[0] && memcmp(pszInput + i, pszSearch, m) == 0)
+            return static_cast<int>(i);
     }
     return index;
 }

@@ -106,6 +106,17 @@ TEST(TextCommands, SubstituteEveryByteOfTheSet)
         {"{Substitute({DecodedData()},{EscapeCharacter(0D0A)},)}", "1\r\n2\n", NRV_OK, "12"},
         {"{Substitute({DecodedData()},{EscapeCharacter(FF)},{EscapeCharacter(00)})}", "\xff" "a\xff", NRV_OK,
          "\0a\0"s},
+        // Every byte value is its own member: the high half is not read as
+        // negative, and neighbours of members stay.
+        {"{Substitute({DecodedData()},{EscapeCharacter(0080)},_)}", "\x7f\x80\x81\0\x01"s, NRV_OK,
+         "\x7f_\x81_\x01"},
+        {"{Substitute({DecodedData()},{EscapeCharacter(FF80)},<>)}", "a\xff\xfe\x80\x7f"s, NRV_OK,
+         "a<>\xfe<>\x7f"},
+        {"{Substitute({DecodedData()},{EscapeCharacter(00FF)},)}", "\xff\0x\xff"s, NRV_OK, "x"},
+        {"{Substitute({DecodedData()},ab,a)}", "abcab", NRV_OK, "aacaa"},
+        {"{Substitute({DecodedData()},-,+)}", "--a-", NRV_OK, "++a+"},
+        {"{Substitute({DecodedData()},{EscapeCharacter(FF)},{EscapeCharacter(80)})}", "\xff\x7f\xff"s, NRV_OK,
+         "\x80\x7f\x80"},
         {"{Substitute({DecodedData()},{FindFirstFromIndex({DecodedData()},-1,a,0)},x)}", "a",
          NRV_ERR_INVALID_PARAMETER, ""},
     });
@@ -195,6 +206,12 @@ TEST(TextCommands, ExtractBetweenMarkers)
         // Overlapping occurrences: the last 'aa' starts at 2.
         {"{Extract({DecodedData()},x,aa)}", "aaaa", NRV_OK, "aa"},
         {"{Extract({DecodedData()},1,2)}", "1234512", NRV_OK, "23451"},
+        // A marker's first byte alone is not a match, from either end.
+        {"{Extract({DecodedData()},<b,ab)}", "<a<b1ab2ac", NRV_OK, "1"},
+        {"{Extract({DecodedData()},<,ab)}", "<ab1ab2ac", NRV_OK, "ab1"},
+        // A marker that starts with a zero byte is found at the text's end.
+        {"{Extract({DecodedData()},{EscapeCharacter(00)},])}", "a]b", NRV_OK, ""},
+        {"{Extract({DecodedData()},[,{EscapeCharacter(00)})}", "[ab", NRV_OK, "ab"},
         // Markers are looked for only up to the text's first zero byte; the
         // piece may still run to the recorded end.
         {"{Extract({DecodedData()},[,])}", "[1]\0]x"s, NRV_OK, "1"},

@@ -49,44 +49,6 @@ NRVRESULT CNrvList::RemoveTail(void** ppData)
     return RemoveAt(m_pTail, ppData);
 }
 
-TNrvPosition CNrvList::GetHeadPosition() const
-{
-    return m_pHead;
-}
-
-TNrvPosition CNrvList::GetTailPosition() const
-{
-    return m_pTail;
-}
-
-NRVRESULT CNrvList::GetNext(TNrvPosition* pPosition, void** ppData) const
-{
-    if (pPosition == nullptr || *pPosition == nullptr || ppData == nullptr)
-        return NRV_ERR_INVALID_PARAMETER;
-    node* pNode = static_cast<node*>(*pPosition);
-    *ppData = pNode->pData;
-    *pPosition = pNode->pNext;
-    return NRV_OK;
-}
-
-NRVRESULT CNrvList::GetPrevious(TNrvPosition* pPosition, void** ppData) const
-{
-    if (pPosition == nullptr || *pPosition == nullptr || ppData == nullptr)
-        return NRV_ERR_INVALID_PARAMETER;
-    node* pNode = static_cast<node*>(*pPosition);
-    *ppData = pNode->pData;
-    *pPosition = pNode->pPrevious;
-    return NRV_OK;
-}
-
-NRVRESULT CNrvList::GetAt(TNrvPosition Position, void** ppData) const
-{
-    if (Position == nullptr || ppData == nullptr)
-        return NRV_ERR_INVALID_PARAMETER;
-    *ppData = static_cast<node*>(Position)->pData;
-    return NRV_OK;
-}
-
 NRVRESULT CNrvList::RemoveAt(TNrvPosition Position, void** ppData)
 {
     if (Position == nullptr || ppData == nullptr)

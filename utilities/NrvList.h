@@ -20,8 +20,9 @@ public:
     NRVRESULT AddTail(void* pData);
     NRVRESULT RemoveHead(void** ppData);
     NRVRESULT RemoveTail(void** ppData);
-    TNrvPosition GetHeadPosition() const;
-    TNrvPosition GetTailPosition() const;
+    // The walks run for every operation of every edit: defined inline below.
+    TNrvPosition GetHeadPosition() const { return m_pHead; }
+    TNrvPosition GetTailPosition() const { return m_pTail; }
     NRVRESULT GetNext(TNrvPosition* pPosition, void** ppData) const;
     NRVRESULT GetPrevious(TNrvPosition* pPosition, void** ppData) const;
     NRVRESULT GetAt(TNrvPosition Position, void** ppData) const;
@@ -45,5 +46,33 @@ private:
     node* m_pTail;
     int m_nCount;
 };
+
+inline NRVRESULT CNrvList::GetNext(TNrvPosition* pPosition, void** ppData) const
+{
+    if (pPosition == nullptr || *pPosition == nullptr || ppData == nullptr)
+        return NRV_ERR_INVALID_PARAMETER;
+    const node* pNode = static_cast<const node*>(*pPosition);
+    *ppData = pNode->pData;
+    *pPosition = pNode->pNext;
+    return NRV_OK;
+}
+
+inline NRVRESULT CNrvList::GetPrevious(TNrvPosition* pPosition, void** ppData) const
+{
+    if (pPosition == nullptr || *pPosition == nullptr || ppData == nullptr)
+        return NRV_ERR_INVALID_PARAMETER;
+    const node* pNode = static_cast<const node*>(*pPosition);
+    *ppData = pNode->pData;
+    *pPosition = pNode->pPrevious;
+    return NRV_OK;
+}
+
+inline NRVRESULT CNrvList::GetAt(TNrvPosition Position, void** ppData) const
+{
+    if (Position == nullptr || ppData == nullptr)
+        return NRV_ERR_INVALID_PARAMETER;
+    *ppData = static_cast<const node*>(Position)->pData;
+    return NRV_OK;
+}
 
 #endif  // NRV_LIST_H
