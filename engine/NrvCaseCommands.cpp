@@ -50,6 +50,9 @@ NRVRESULT CNrvOperationMakeUpperCase::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(&Text, 1);
     if (result < 0)
         return result;
+    const NRVRESULT limits = CheckLimits(Text.GetResultStringLength(), Text.GetResultStringLength());
+    if (limits < 0)
+        return limits;
     return WriteConvertedCase(TextOf(Text), Text.GetResultStringLength(), ToUpper, Result);
 }
 
@@ -64,6 +67,9 @@ NRVRESULT CNrvOperationMakeLowerCase::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(&Text, 1);
     if (result < 0)
         return result;
+    const NRVRESULT limits = CheckLimits(Text.GetResultStringLength(), Text.GetResultStringLength());
+    if (limits < 0)
+        return limits;
     return WriteConvertedCase(TextOf(Text), Text.GetResultStringLength(), ToLower, Result);
 }
 
@@ -90,6 +96,9 @@ NRVRESULT CNrvOperationReplaceNonPrintableCharacters::Run(CNrvOperationResult& R
             ++nNonPrintable;
     }
     const size_t nNewSize = (nText - nNonPrintable) + nNonPrintable * nReplacement;
+    const NRVRESULT limits = CheckLimits(nNewSize, nText + nNewSize);
+    if (limits < 0)
+        return limits;
     std::unique_ptr<char[]> pszResult(new char[nNewSize + 1]);
     size_t index = 0;
     for (size_t i = 0; i < nText; ++i) {

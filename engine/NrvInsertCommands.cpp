@@ -63,6 +63,10 @@ NRVRESULT CNrvOperationInsertAfterIndex::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
+    const size_t nSize = parameters[0].GetResultStringLength() + parameters[2].GetResultStringLength();
+    const NRVRESULT limits = CheckLimits(nSize, nSize);
+    if (limits < 0)
+        return limits;
     return WriteInserted(parameters, true, Result);
 }
 
@@ -77,5 +81,9 @@ NRVRESULT CNrvOperationInsertBeforeIndex::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
+    const size_t nSize = parameters[0].GetResultStringLength() + parameters[2].GetResultStringLength();
+    const NRVRESULT limits = CheckLimits(nSize, nSize);
+    if (limits < 0)
+        return limits;
     return WriteInserted(parameters, false, Result);
 }

@@ -2,12 +2,13 @@
 #define NRV_OPERATION_BASE_H
 
 #include <cstddef>
+#include <cstdint>
 
+#include "NrvDataEditingProfile.h"
 #include "NrvList.h"
 #include "NrvOperationResult.h"
 #include "NrvParsingString.h"
 
-class CNrvDataEditingProfile;
 class CNrvOperationDictionary;
 
 // Reserved index values. They travel as signed 32-bit integers and are read
@@ -80,10 +81,37 @@ protected:
     // empty text, so searches and copies never see a null pointer.
     static const char* TextOf(CNrvOperationResult& Value);
 
+    // Called before a command allocates a result or searches: NRV_OK, or the
+    // code of the profile's limit that the step would pass (see
+    // CNrvDataEditingProfile::WriteLimitMaximumTextSize). Without limits,
+    // one branch.
+    NRVRESULT CheckLimits(size_t nResultSize, size_t nWork) const
+    {
+        if (m_pDataEditing == nullptr || !m_pDataEditing->HasLimits())
+            return NRV_OK;
+        return m_pDataEditing->ChargeWork(nResultSize, nWork);
+    }
+    // The same for nTimes searches of nSearch bytes through nText bytes (or
+    // tests of each byte of the text against a set of nSearch bytes),
+    // charged a bound of their worst case.
+    NRVRESULT CheckSearchLimits(size_t nText, size_t nSearch, size_t nTimes = 1) const
+    {
+        if (m_pDataEditing == nullptr || !m_pDataEditing->HasLimits())
+            return NRV_OK;
+        return m_pDataEditing->ChargeWork(0, SearchWork(nText, nSearch, nTimes));
+    }
+    // Positions travel as signed 32-bit integers: a command that yields or
+    // searches by position refuses a text they cannot all reach.
+    static NRVRESULT CheckPositionsFit(size_t nLength)
+    {
+        return nLength > static_cast<size_t>(INT32_MAX) ? NRV_ERR_TEXT_TOO_LONG : NRV_OK;
+    }
+
     CNrvDataEditingProfile* m_pDataEditing;
     CNrvList m_OperationsList;
 
 private:
+    static size_t SearchWork(size_t nText, size_t nSearch, size_t nTimes);
     static NRVRESULT ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvOperationDictionary* pDictionary,
                                  char cOpen, char cClose, CNrvParsingString* pParsingString,
                                  CNrvList* pOperationsList, size_t nDepth);

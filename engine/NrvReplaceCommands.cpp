@@ -24,6 +24,9 @@ NRVRESULT CNrvOperationReplace::Run(CNrvOperationResult& Result) const
     // The text must be strictly longer than what is searched for.
     if (nText <= nSearch)
         return NRV_ERR_OUT_OF_RANGE;
+    NRVRESULT limits = CheckSearchLimits(nText, nSearch);
+    if (limits < 0)
+        return limits;
 
     // Both texts are zero-terminated, so the search stops at the first zero
     // byte of either; an empty search text is found at 0.
@@ -39,6 +42,9 @@ NRVRESULT CNrvOperationReplace::Run(CNrvOperationResult& Result) const
         return Result.WriteResult(pszText, nText);
 
     const size_t newSize = nText - nSearch + nReplacement;
+    limits = CheckLimits(newSize, newSize);
+    if (limits < 0)
+        return limits;
     std::unique_ptr<char[]> pszResult(new char[newSize + 1]);
     char* pOut = pszResult.get();
     memcpy(pOut, pszText, indexStart);
@@ -72,6 +78,9 @@ NRVRESULT CNrvOperationSubstitute::Run(CNrvOperationResult& Result) const
 
     if (sizeSearch == 0)
         return NRV_ERR_OUT_OF_RANGE;
+    NRVRESULT limits = CheckSearchLimits(sizeInput, sizeSearch);
+    if (limits < 0)
+        return limits;
 
     // Membership runs over the recorded length: a zero byte in the set is a
     // member like any other byte.
@@ -83,6 +92,9 @@ NRVRESULT CNrvOperationSubstitute::Run(CNrvOperationResult& Result) const
             ++nCount;
     }
     const size_t newSize = sizeInput - nCount + nCount * sizeReplacement;
+    limits = CheckLimits(newSize, newSize);
+    if (limits < 0)
+        return limits;
     std::unique_ptr<char[]> pszResult(new char[newSize + 1]);
     size_t index = 0;
     for (size_t i = 0; i < sizeInput; ++i) {

@@ -52,6 +52,9 @@ NRVRESULT CNrvOperationTruncateAfterIndex::Run(CNrvOperationResult& Result) cons
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
+    const NRVRESULT limits = CheckLimits(parameters[0].GetResultStringLength(), parameters[0].GetResultStringLength());
+    if (limits < 0)
+        return limits;
     return WriteCut(parameters, true, Result);
 }
 
@@ -66,5 +69,8 @@ NRVRESULT CNrvOperationTruncateBeforeIndex::Run(CNrvOperationResult& Result) con
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
+    const NRVRESULT limits = CheckLimits(parameters[0].GetResultStringLength(), parameters[0].GetResultStringLength());
+    if (limits < 0)
+        return limits;
     return WriteCut(parameters, false, Result);
 }

@@ -36,6 +36,9 @@ NRVRESULT CNrvOperationTruncateFromBeginning::Run(CNrvOperationResult& Result) c
     const NRVRESULT result = RunParameters(parameters, 2);
     if (result < 0)
         return result;
+    const NRVRESULT limits = CheckLimits(parameters[0].GetResultStringLength(), parameters[0].GetResultStringLength());
+    if (limits < 0)
+        return limits;
     return WriteTruncated(parameters, true, Result);
 }
 
@@ -50,5 +53,8 @@ NRVRESULT CNrvOperationTruncateFromEnd::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(parameters, 2);
     if (result < 0)
         return result;
+    const NRVRESULT limits = CheckLimits(parameters[0].GetResultStringLength(), parameters[0].GetResultStringLength());
+    if (limits < 0)
+        return limits;
     return WriteTruncated(parameters, false, Result);
 }
