@@ -302,7 +302,7 @@ NRVRESULT CNrvDataEditingProfile::WriteTriggerMaximumSize(size_t nSize)
 NRVRESULT CNrvDataEditingProfile::WriteLimitMaximumTextSize(size_t nBytes)
 {
     m_nLimitMaximumTextSize = nBytes;
-    m_bLimits = m_nLimitMaximumTextSize != 0 || m_nLimitWorkBase != 0 || m_nLimitWorkPerScanByte != 0;
+    m_bLimits = (m_nLimitMaximumTextSize | m_nLimitWorkBase | m_nLimitWorkPerScanByte) != 0;
     return NRV_OK;
 }
 
@@ -310,7 +310,7 @@ NRVRESULT CNrvDataEditingProfile::WriteLimitWorkBudget(size_t nBase, size_t nPer
 {
     m_nLimitWorkBase = nBase;
     m_nLimitWorkPerScanByte = nPerScanByte;
-    m_bLimits = m_nLimitMaximumTextSize != 0 || m_nLimitWorkBase != 0 || m_nLimitWorkPerScanByte != 0;
+    m_bLimits = (m_nLimitMaximumTextSize | m_nLimitWorkBase | m_nLimitWorkPerScanByte) != 0;
     return NRV_OK;
 }
 
@@ -331,7 +331,7 @@ NRVRESULT CNrvDataEditingProfile::ChargeWork(size_t nResultSize, size_t nWork)
 {
     if (m_nLimitMaximumTextSize != 0 && nResultSize > m_nLimitMaximumTextSize)
         return NRV_ERR_TEXT_LIMIT;
-    if (m_nLimitWorkBase == 0 && m_nLimitWorkPerScanByte == 0)
+    if ((m_nLimitWorkBase | m_nLimitWorkPerScanByte) == 0)
         return NRV_OK;
     if (nWork > m_nWorkLeft) {
         m_nWorkLeft = 0;

@@ -94,15 +94,12 @@ const char* CNrvOperation::TextOf(CNrvOperationResult& Value)
     return pszText != nullptr ? pszText : "";
 }
 
-size_t CNrvOperation::SearchWork(size_t nText, size_t nSearch, size_t nTimes)
+size_t CNrvOperation::SearchWork(size_t nText, size_t nSearch)
 {
     // At most the whole search text compared at every byte of the text, a
     // bound of a byte-by-byte search and of a test of set membership alike;
-    // saturated, so that an absurd case is charged everything.
+    // saturated, so that an absurd case is charged everything. A search text
+    // is held in memory, so nSearch + 1 does not wrap.
     const size_t nMax = static_cast<size_t>(-1);
-    const size_t nPerByte = nSearch < nMax ? nSearch + 1 : nMax;
-    if (nText != 0 && nPerByte > nMax / nText)
-        return nMax;
-    const size_t nWork = nText * nPerByte;
-    return nTimes != 0 && nWork > nMax / nTimes ? nMax : nWork * nTimes;
+    return nText > nMax / (nSearch + 1) ? nMax : nText * (nSearch + 1);
 }

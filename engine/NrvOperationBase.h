@@ -91,14 +91,14 @@ protected:
             return NRV_OK;
         return m_pDataEditing->ChargeWork(nResultSize, nWork);
     }
-    // The same for nTimes searches of nSearch bytes through nText bytes (or
-    // tests of each byte of the text against a set of nSearch bytes),
-    // charged a bound of their worst case.
-    NRVRESULT CheckSearchLimits(size_t nText, size_t nSearch, size_t nTimes = 1) const
+    // The same for a search of nSearch bytes through nText bytes (or a
+    // test of each byte of the text against a set of nSearch bytes), charged
+    // a bound of its worst case.
+    NRVRESULT CheckSearchLimits(size_t nText, size_t nSearch) const
     {
         if (m_pDataEditing == nullptr || !m_pDataEditing->HasLimits())
             return NRV_OK;
-        return m_pDataEditing->ChargeWork(0, SearchWork(nText, nSearch, nTimes));
+        return m_pDataEditing->ChargeWork(0, SearchWork(nText, nSearch));
     }
     // Positions travel as signed 32-bit integers: a command that yields or
     // searches by position refuses a text they cannot all reach.
@@ -111,7 +111,7 @@ protected:
     CNrvList m_OperationsList;
 
 private:
-    static size_t SearchWork(size_t nText, size_t nSearch, size_t nTimes);
+    static size_t SearchWork(size_t nText, size_t nSearch);
     static NRVRESULT ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvOperationDictionary* pDictionary,
                                  char cOpen, char cClose, CNrvParsingString* pParsingString,
                                  CNrvList* pOperationsList, size_t nDepth);

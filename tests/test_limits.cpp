@@ -104,6 +104,7 @@ TEST(Limits, AtJustUnderAndJustOverEachBound)
         {"both: at", kDouble, "aaaa", {8, 28, kNone}, NRV_OK, "aaaaaaaa"},
         // A budget that does not fit a size is no budget.
         {"work: saturated", kDecoded, "abcd", {kNone, SIZE_MAX, SIZE_MAX}, NRV_OK, "abcd"},
+        {"work: saturated base", kDecoded, "abcd", {kNone, SIZE_MAX, 1}, NRV_OK, "abcd"},
         {"empty scan", kDecoded, "", {kNone, 1, 1000}, NRV_OK, ""},
     };
     for (const auto& row : rows) {
@@ -137,6 +138,28 @@ TEST(Limits, GrowingCommandsCheckTheLargestText)
         EXPECT_EQ(EditWithLimits(row.pszExpression, scan, {row.nLargest, kNone, kNone}).code, NRV_OK);
         EXPECT_EQ(EditWithLimits(row.pszExpression, scan, {row.nLargest - 1, kNone, kNone}).code, row.code);
         EXPECT_EQ(EditWithLimits(row.pszExpression, scan, {kNone, 1, kNone}).code, NRV_ERR_WORK_LIMIT);
+    }
+}
+
+// Over literal parameters (which cost nothing) each command's own charge
+// is the first: a budget of 1 stops every one of them.
+TEST(Limits, EveryCommandChargesItsWork)
+{
+    const char* const apszExpressions[] = {
+        "{TruncateFromBeginning(abc,1)}",      "{TruncateFromEnd(abc,1)}",
+        "{TruncateAfterIndex(abc,1,0)}",       "{TruncateBeforeIndex(abc,1,0)}",
+        "{InsertAfterIndex(abc,1,x)}",         "{InsertBeforeIndex(abc,1,x)}",
+        "{FindFirstFromIndex(abc,-1,b,0)}",    "{FindLastFromIndex(abc,-1,b,0)}",
+        "{Substring(abc,0,3)}",                "{Extract(abc,a,c)}",
+        "{Replace(abc,b,x)}",                  "{Substitute(abc,b,x)}",
+        "{MakeUpperCase(abc)}",                "{MakeLowerCase(abc)}",
+        "{ReplaceNonPrintableCharacters(abc,x)}", "{EscapeCharacter(41)}",
+        "{DecodedData()}",                     "{DecodedDataWithoutTrailer()}",
+    };
+    for (const char* pszExpression : apszExpressions) {
+        SCOPED_TRACE(pszExpression);
+        EXPECT_EQ(EditWithLimits(pszExpression, "abc", {kNone, 1, kNone}).code, NRV_ERR_WORK_LIMIT);
+        EXPECT_GE(EditWithLimits(pszExpression, "abc", {kNone, 1000, kNone}).code, NRV_OK);
     }
 }
 
