@@ -50,6 +50,9 @@ mkdir "$work/consumer-pkgconfig"
   PKG_CONFIG_PATH="$prefix/lib/pkgconfig" make -f "$src/examples/consumer-pkgconfig/Makefile" \
     CXXFLAGS="-O2 -Wall -Wextra -Werror")
 out=$(printf 'AB1234\r\n\nXY' | "$work/consumer-pkgconfig/nrv_filter" '[{DecodedDataWithoutTrailer()}]')
+# Cleaning needs no package.
+(cd "$work/consumer-pkgconfig" && env -u PKG_CONFIG_PATH make -s -f "$src/examples/consumer-pkgconfig/Makefile" clean)
+[ ! -e "$work/consumer-pkgconfig/nrv_filter" ] || { echo "make clean left nrv_filter" >&2; exit 1; }
 printf '%s\n' "$out"
 expected=$(printf '[AB1234]\t0\n[]\t0\n[XY]\t0')
 [ "$out" = "$expected" ] || { echo "consumer-pkgconfig printed something else" >&2; exit 1; }
