@@ -50,7 +50,7 @@ NRVRESULT CNrvOperationMakeUpperCase::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(&Text, 1);
     if (result < 0)
         return result;
-    const NRVRESULT limits = CheckLimits(Text.GetResultStringLength(), Text.GetResultStringLength());
+    const NRVRESULT limits = CheckCopyLimits(Text);
     if (limits < 0)
         return limits;
     return WriteConvertedCase(TextOf(Text), Text.GetResultStringLength(), ToUpper, Result);
@@ -67,7 +67,7 @@ NRVRESULT CNrvOperationMakeLowerCase::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(&Text, 1);
     if (result < 0)
         return result;
-    const NRVRESULT limits = CheckLimits(Text.GetResultStringLength(), Text.GetResultStringLength());
+    const NRVRESULT limits = CheckCopyLimits(Text);
     if (limits < 0)
         return limits;
     return WriteConvertedCase(TextOf(Text), Text.GetResultStringLength(), ToLower, Result);

@@ -52,7 +52,7 @@ NRVRESULT CNrvOperationFindFirstFromIndex::Run(CNrvOperationResult& Result) cons
     }
     NRVRESULT limits = CheckPositionsFit(parameters[0].GetResultStringLength());
     if (limits >= 0)
-        limits = CheckSearchLimits(parameters[0].GetResultStringLength(), parameters[2].GetResultStringLength());
+        limits = CheckSearchLimits(parameters[0], parameters[2]);
     if (limits < 0)
         return limits;
     const char* pszFound = strstr(pszSearchFrom, TextOf(parameters[2]));
@@ -78,7 +78,7 @@ NRVRESULT CNrvOperationFindLastFromIndex::Run(CNrvOperationResult& Result) const
     if (nStart != kNrvSizeIndexNotFound) {
         NRVRESULT limits = CheckPositionsFit(parameters[0].GetResultStringLength());
         if (limits >= 0)
-            limits = CheckSearchLimits(parameters[0].GetResultStringLength(), parameters[2].GetResultStringLength());
+            limits = CheckSearchLimits(parameters[0], parameters[2]);
         if (limits < 0)
             return limits;
     }

@@ -63,8 +63,7 @@ NRVRESULT CNrvOperationInsertAfterIndex::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
-    const size_t nSize = parameters[0].GetResultStringLength() + parameters[2].GetResultStringLength();
-    const NRVRESULT limits = CheckLimits(nSize, nSize);
+    const NRVRESULT limits = CheckCopyLimits(parameters[0], parameters[2]);
     if (limits < 0)
         return limits;
     return WriteInserted(parameters, true, Result);
@@ -81,8 +80,7 @@ NRVRESULT CNrvOperationInsertBeforeIndex::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
-    const size_t nSize = parameters[0].GetResultStringLength() + parameters[2].GetResultStringLength();
-    const NRVRESULT limits = CheckLimits(nSize, nSize);
+    const NRVRESULT limits = CheckCopyLimits(parameters[0], parameters[2]);
     if (limits < 0)
         return limits;
     return WriteInserted(parameters, false, Result);

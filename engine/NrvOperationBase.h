@@ -84,21 +84,30 @@ protected:
     // Called before a command allocates a result or searches: NRV_OK, or the
     // code of the profile's limit that the step would pass (see
     // CNrvDataEditingProfile::WriteLimitMaximumTextSize). Without limits,
-    // one branch.
+    // the lengths are not even read.
     NRVRESULT CheckLimits(size_t nResultSize, size_t nWork) const
     {
-        if (m_pDataEditing == nullptr || !m_pDataEditing->HasLimits())
-            return NRV_OK;
-        return m_pDataEditing->ChargeWork(nResultSize, nWork);
+        return LimitsSet() ? m_pDataEditing->ChargeWork(nResultSize, nWork) : NRV_OK;
     }
-    // The same for a search of nSearch bytes through nText bytes (or a
-    // test of each byte of the text against a set of nSearch bytes), charged
-    // a bound of its worst case.
+    // A result as long as Text, or as Text and Added together.
+    NRVRESULT CheckCopyLimits(CNrvOperationResult& Text) const
+    {
+        return LimitsSet() ? ChargeCopy(Text.GetResultStringLength()) : NRV_OK;
+    }
+    NRVRESULT CheckCopyLimits(CNrvOperationResult& Text, CNrvOperationResult& Added) const
+    {
+        return LimitsSet() ? ChargeCopy(Text.GetResultStringLength() + Added.GetResultStringLength()) : NRV_OK;
+    }
+    // A search of nSearch bytes through nText bytes (or a test of each byte
+    // of the text against a set of nSearch bytes), charged a bound of its
+    // worst case.
     NRVRESULT CheckSearchLimits(size_t nText, size_t nSearch) const
     {
-        if (m_pDataEditing == nullptr || !m_pDataEditing->HasLimits())
-            return NRV_OK;
-        return m_pDataEditing->ChargeWork(0, SearchWork(nText, nSearch));
+        return LimitsSet() ? m_pDataEditing->ChargeWork(0, SearchWork(nText, nSearch)) : NRV_OK;
+    }
+    NRVRESULT CheckSearchLimits(CNrvOperationResult& Text, CNrvOperationResult& Search) const
+    {
+        return LimitsSet() ? CheckSearchLimits(Text.GetResultStringLength(), Search.GetResultStringLength()) : NRV_OK;
     }
     // Positions travel as signed 32-bit integers: a command that yields or
     // searches by position refuses a text they cannot all reach.
@@ -111,6 +120,10 @@ protected:
     CNrvList m_OperationsList;
 
 private:
+    // One branch on an edit without limits. Commands made without a profile
+    // (by hand, in tests) have none.
+    bool LimitsSet() const { return m_pDataEditing != nullptr && m_pDataEditing->HasLimits(); }
+    NRVRESULT ChargeCopy(size_t nSize) const { return m_pDataEditing->ChargeWork(nSize, nSize); }
     static size_t SearchWork(size_t nText, size_t nSearch);
     static NRVRESULT ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvOperationDictionary* pDictionary,
                                  char cOpen, char cClose, CNrvParsingString* pParsingString,

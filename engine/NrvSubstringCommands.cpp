@@ -70,9 +70,9 @@ NRVRESULT CNrvOperationExtract::Run(CNrvOperationResult& Result) const
         return NRV_ERR_OUT_OF_RANGE;
     NRVRESULT limits = CheckPositionsFit(nLength);
     if (limits >= 0)
-        limits = CheckSearchLimits(nLength, Params[1].GetResultStringLength());
+        limits = CheckSearchLimits(Params[0], Params[1]);
     if (limits >= 0)
-        limits = CheckSearchLimits(nLength, Params[2].GetResultStringLength());
+        limits = CheckSearchLimits(Params[0], Params[2]);
     if (limits < 0)
         return limits;
 

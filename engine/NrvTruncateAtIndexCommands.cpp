@@ -52,7 +52,7 @@ NRVRESULT CNrvOperationTruncateAfterIndex::Run(CNrvOperationResult& Result) cons
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
-    const NRVRESULT limits = CheckLimits(parameters[0].GetResultStringLength(), parameters[0].GetResultStringLength());
+    const NRVRESULT limits = CheckCopyLimits(parameters[0]);
     if (limits < 0)
         return limits;
     return WriteCut(parameters, true, Result);
@@ -69,7 +69,7 @@ NRVRESULT CNrvOperationTruncateBeforeIndex::Run(CNrvOperationResult& Result) con
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
-    const NRVRESULT limits = CheckLimits(parameters[0].GetResultStringLength(), parameters[0].GetResultStringLength());
+    const NRVRESULT limits = CheckCopyLimits(parameters[0]);
     if (limits < 0)
         return limits;
     return WriteCut(parameters, false, Result);

@@ -36,7 +36,7 @@ NRVRESULT CNrvOperationTruncateFromBeginning::Run(CNrvOperationResult& Result) c
     const NRVRESULT result = RunParameters(parameters, 2);
     if (result < 0)
         return result;
-    const NRVRESULT limits = CheckLimits(parameters[0].GetResultStringLength(), parameters[0].GetResultStringLength());
+    const NRVRESULT limits = CheckCopyLimits(parameters[0]);
     if (limits < 0)
         return limits;
     return WriteTruncated(parameters, true, Result);
@@ -53,7 +53,7 @@ NRVRESULT CNrvOperationTruncateFromEnd::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(parameters, 2);
     if (result < 0)
         return result;
-    const NRVRESULT limits = CheckLimits(parameters[0].GetResultStringLength(), parameters[0].GetResultStringLength());
+    const NRVRESULT limits = CheckCopyLimits(parameters[0]);
     if (limits < 0)
         return limits;
     return WriteTruncated(parameters, false, Result);
