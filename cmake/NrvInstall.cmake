@@ -40,6 +40,21 @@ install(FILES ${NRV_PUBLIC_HEADERS}
   DESTINATION ${NRV_INSTALL_INCLUDEDIR}
   COMPONENT Development
 )
+# The rules-file reader, when it was built (toml++ found): Nrv::Rules.
+set(NRV_RULES_INSTALLED OFF)
+if(TARGET nrvrules)
+  set(NRV_RULES_INSTALLED ON)
+  set_target_properties(nrvrules PROPERTIES EXPORT_NAME Rules)
+  install(TARGETS nrvrules
+    EXPORT NrvDataEditingTargets
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development
+    INCLUDES DESTINATION ${NRV_INSTALL_INCLUDEDIR}
+  )
+  install(FILES "${PROJECT_SOURCE_DIR}/rules/NrvRulesFile.h"
+    DESTINATION ${NRV_INSTALL_INCLUDEDIR}
+    COMPONENT Development
+  )
+endif()
 if(TARGET nrv-edit)
   install(TARGETS nrv-edit RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Runtime)
 endif()
@@ -97,3 +112,14 @@ install(FILES "${PROJECT_BINARY_DIR}/nrvdataedit.pc"
   DESTINATION ${NRV_PC_DIR}
   COMPONENT Development
 )
+if(NRV_RULES_INSTALLED)
+  configure_file(
+    "${CMAKE_CURRENT_LIST_DIR}/nrvrules.pc.in"
+    "${PROJECT_BINARY_DIR}/nrvrules.pc"
+    @ONLY
+  )
+  install(FILES "${PROJECT_BINARY_DIR}/nrvrules.pc"
+    DESTINATION ${NRV_PC_DIR}
+    COMPONENT Development
+  )
+endif()

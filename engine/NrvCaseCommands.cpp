@@ -39,11 +39,6 @@ bool IsNonPrintable(char c)
 
 }  // namespace
 
-bool CNrvOperationMakeUpperCase::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("S");
-}
-
 NRVRESULT CNrvOperationMakeUpperCase::Run(CNrvOperationResult& Result) const
 {
     CNrvOperationResult Text;
@@ -56,11 +51,6 @@ NRVRESULT CNrvOperationMakeUpperCase::Run(CNrvOperationResult& Result) const
     return WriteConvertedCase(TextOf(Text), Text.GetResultStringLength(), ToUpper, Result);
 }
 
-bool CNrvOperationMakeLowerCase::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("S");
-}
-
 NRVRESULT CNrvOperationMakeLowerCase::Run(CNrvOperationResult& Result) const
 {
     CNrvOperationResult Text;
@@ -71,11 +61,6 @@ NRVRESULT CNrvOperationMakeLowerCase::Run(CNrvOperationResult& Result) const
     if (limits < 0)
         return limits;
     return WriteConvertedCase(TextOf(Text), Text.GetResultStringLength(), ToLower, Result);
-}
-
-bool CNrvOperationReplaceNonPrintableCharacters::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("SS");
 }
 
 NRVRESULT CNrvOperationReplaceNonPrintableCharacters::Run(CNrvOperationResult& Result) const

@@ -3,36 +3,29 @@
 
 // Byte-wise rewriting: letter case and non-printable bytes.
 
-#include "NrvOperationBase.h"
-#include "NrvOperationDictionary.h"
+#include "NrvCommand.h"
 
-class CNrvOperationMakeUpperCase : public CNrvOperation {
+class CNrvOperationMakeUpperCase : public CNrvCommand<CNrvOperationMakeUpperCase> {
 public:
-    explicit CNrvOperationMakeUpperCase(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 1; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "MakeUpperCase";
+    explicit CNrvOperationMakeUpperCase(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
 };
 class CNrvOperationFactoryMakeUpperCase : public CNrvOperationFactoryOf<CNrvOperationMakeUpperCase> {};
 
-class CNrvOperationMakeLowerCase : public CNrvOperation {
+class CNrvOperationMakeLowerCase : public CNrvCommand<CNrvOperationMakeLowerCase> {
 public:
-    explicit CNrvOperationMakeLowerCase(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 1; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "MakeLowerCase";
+    explicit CNrvOperationMakeLowerCase(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
 };
 class CNrvOperationFactoryMakeLowerCase : public CNrvOperationFactoryOf<CNrvOperationMakeLowerCase> {};
 
-class CNrvOperationReplaceNonPrintableCharacters : public CNrvOperation {
+class CNrvOperationReplaceNonPrintableCharacters : public CNrvCommand<CNrvOperationReplaceNonPrintableCharacters> {
 public:
-    explicit CNrvOperationReplaceNonPrintableCharacters(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 2; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "ReplaceNonPrintableCharacters";
+    explicit CNrvOperationReplaceNonPrintableCharacters(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
 };
 class CNrvOperationFactoryReplaceNonPrintableCharacters : public CNrvOperationFactoryOf<CNrvOperationReplaceNonPrintableCharacters> {};
 

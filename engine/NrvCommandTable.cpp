@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "NrvOperation.h"
+
 namespace {
 
 constexpr int kText = CNrvOperationResult::typeString;
@@ -20,33 +22,57 @@ const TNrvParameterInfo kTextIndexOffset[] = {{"text", kText}, {"index", kNumber
 const TNrvParameterInfo kTextStartStop[] = {{"text", kText}, {"start", kNumber}, {"stop", kNumber}};
 const TNrvParameterInfo kTextMarkers[] = {{"text", kText}, {"startMarker", kText}, {"stopMarker", kText}};
 
+template <class TFactory>
+CNrvOperationFactory* CreateFactory()
+{
+    return new TFactory;
+}
+
 #define NRV_PARAMETERS(table) sizeof(table) / sizeof(table[0]), table
 
 const TNrvCommandInfo kCommands[] = {
-    {"DecodedData", 0, nullptr, kText, "the scan's bytes, exactly as read"},
-    {"TruncateFromBeginning", NRV_PARAMETERS(kTextCount), kText, "text without its first count bytes"},
-    {"TruncateFromEnd", NRV_PARAMETERS(kTextCount), kText, "text without its last count bytes"},
+    {"DecodedData", 0, nullptr, kText, "the scan's bytes, exactly as read",
+     &CreateFactory<CNrvOperationFactoryDecodedData>},
+    {"TruncateFromBeginning", NRV_PARAMETERS(kTextCount), kText, "text without its first count bytes",
+     &CreateFactory<CNrvOperationFactoryTruncateFromBeginning>},
+    {"TruncateFromEnd", NRV_PARAMETERS(kTextCount), kText, "text without its last count bytes",
+     &CreateFactory<CNrvOperationFactoryTruncateFromEnd>},
     {"Replace", NRV_PARAMETERS(kTextSearchReplacement), kText,
-     "text with the first occurrence of search replaced by replacement"},
+     "text with the first occurrence of search replaced by replacement",
+     &CreateFactory<CNrvOperationFactoryReplace>},
     {"Substitute", NRV_PARAMETERS(kTextSetReplacement), kText,
-     "text with every byte that occurs in set replaced by replacement"},
-    {"EscapeCharacter", NRV_PARAMETERS(kHex), kText, "the bytes spelled by pairs of hexadecimal digits"},
-    {"InsertAfterIndex", NRV_PARAMETERS(kTextIndexInsert), kText, "insert put behind the byte at index"},
-    {"InsertBeforeIndex", NRV_PARAMETERS(kTextIndexInsert), kText, "insert put in front of the byte at index"},
+     "text with every byte that occurs in set replaced by replacement",
+     &CreateFactory<CNrvOperationFactorySubstitute>},
+    {"EscapeCharacter", NRV_PARAMETERS(kHex), kText, "the bytes spelled by pairs of hexadecimal digits",
+     &CreateFactory<CNrvOperationFactoryEscapeCharacter>},
+    {"InsertAfterIndex", NRV_PARAMETERS(kTextIndexInsert), kText, "insert put behind the byte at index",
+     &CreateFactory<CNrvOperationFactoryInsertAfterIndex>},
+    {"InsertBeforeIndex", NRV_PARAMETERS(kTextIndexInsert), kText, "insert put in front of the byte at index",
+     &CreateFactory<CNrvOperationFactoryInsertBeforeIndex>},
     {"FindFirstFromIndex", NRV_PARAMETERS(kTextStartSearchOffset), kNumber,
-     "where the first search at or after start begins, plus offset"},
+     "where the first search at or after start begins, plus offset",
+     &CreateFactory<CNrvOperationFactoryFindFirstFromIndex>},
     {"FindLastFromIndex", NRV_PARAMETERS(kTextStartSearchOffset), kNumber,
-     "where the last search begins (the first at or after start, else the last before it), plus offset"},
-    {"MakeUpperCase", NRV_PARAMETERS(kTextOnly), kText, "text with a-z made A-Z"},
-    {"MakeLowerCase", NRV_PARAMETERS(kTextOnly), kText, "text with A-Z made a-z"},
+     "where the last search begins (the first at or after start, else the last before it), plus offset",
+     &CreateFactory<CNrvOperationFactoryFindLastFromIndex>},
+    {"MakeUpperCase", NRV_PARAMETERS(kTextOnly), kText, "text with a-z made A-Z",
+     &CreateFactory<CNrvOperationFactoryMakeUpperCase>},
+    {"MakeLowerCase", NRV_PARAMETERS(kTextOnly), kText, "text with A-Z made a-z",
+     &CreateFactory<CNrvOperationFactoryMakeLowerCase>},
     {"ReplaceNonPrintableCharacters", NRV_PARAMETERS(kTextReplacement), kText,
-     "text with every byte below 0x20 or from 0x80 up replaced by replacement"},
-    {"DecodedDataWithoutTrailer", 0, nullptr, kText, "the scan without the control bytes at its end"},
-    {"TruncateAfterIndex", NRV_PARAMETERS(kTextIndexOffset), kText, "the bytes of text before index + offset"},
-    {"TruncateBeforeIndex", NRV_PARAMETERS(kTextIndexOffset), kText, "the bytes of text from index + offset on"},
-    {"Substring", NRV_PARAMETERS(kTextStartStop), kText, "the bytes of text from start up to, not including, stop"},
+     "text with every byte below 0x20 or from 0x80 up replaced by replacement",
+     &CreateFactory<CNrvOperationFactoryReplaceNonPrintableCharacters>},
+    {"DecodedDataWithoutTrailer", 0, nullptr, kText, "the scan without the control bytes at its end",
+     &CreateFactory<CNrvOperationFactoryDecodedDataWithoutTrailer>},
+    {"TruncateAfterIndex", NRV_PARAMETERS(kTextIndexOffset), kText, "the bytes of text before index + offset",
+     &CreateFactory<CNrvOperationFactoryTruncateAfterIndex>},
+    {"TruncateBeforeIndex", NRV_PARAMETERS(kTextIndexOffset), kText, "the bytes of text from index + offset on",
+     &CreateFactory<CNrvOperationFactoryTruncateBeforeIndex>},
+    {"Substring", NRV_PARAMETERS(kTextStartStop), kText, "the bytes of text from start up to, not including, stop",
+     &CreateFactory<CNrvOperationFactorySubstring>},
     {"Extract", NRV_PARAMETERS(kTextMarkers), kText,
-     "the bytes after the first startMarker and before the last stopMarker"},
+     "the bytes after the first startMarker and before the last stopMarker",
+     &CreateFactory<CNrvOperationFactoryExtract>},
 };
 
 #undef NRV_PARAMETERS

@@ -9,6 +9,8 @@
 
 #include "NrvOperationResult.h"
 
+class CNrvOperationFactory;
+
 struct TNrvParameterInfo {
     const char* pszName;  // text, count, start, search, offset, index, ...
     int nKind;            // CNrvOperationResult::typeString or typeInt
@@ -20,6 +22,9 @@ struct TNrvCommandInfo {
     const TNrvParameterInfo* pParameters;  // nParameterCount entries
     int nResultType;                       // CNrvOperationResult::typeString or typeInt
     const char* pszSummary;
+    // Makes the factory the dictionary registers under pszName; the caller
+    // owns it.
+    CNrvOperationFactory* (*pfnCreateFactory)();
 };
 
 // The whole table; *pnCount receives the number of rows.

@@ -12,11 +12,6 @@ bool IsTrailerByte(char c)
 
 }  // namespace
 
-bool CNrvOperationDecodedData::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("");
-}
-
 NRVRESULT CNrvOperationDecodedData::Run(CNrvOperationResult& Result) const
 {
     const char* pszData = m_pDataEditing->GetOriginalDecodedData();
@@ -25,11 +20,6 @@ NRVRESULT CNrvOperationDecodedData::Run(CNrvOperationResult& Result) const
     if (limits < 0)
         return limits;
     return Result.WriteResult(pszData, nLength);
-}
-
-bool CNrvOperationDecodedDataWithoutTrailer::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("");
 }
 
 NRVRESULT CNrvOperationDecodedDataWithoutTrailer::Run(CNrvOperationResult& Result) const

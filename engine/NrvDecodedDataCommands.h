@@ -3,25 +3,21 @@
 
 // Commands that bring the scanned data into an expression.
 
-#include "NrvOperationBase.h"
-#include "NrvOperationDictionary.h"
+#include "NrvCommand.h"
 
-class CNrvOperationDecodedData : public CNrvOperation {
+class CNrvOperationDecodedData : public CNrvCommand<CNrvOperationDecodedData> {
 public:
-    explicit CNrvOperationDecodedData(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "DecodedData";
+    explicit CNrvOperationDecodedData(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
 };
 class CNrvOperationFactoryDecodedData : public CNrvOperationFactoryOf<CNrvOperationDecodedData> {};
 
-class CNrvOperationDecodedDataWithoutTrailer : public CNrvOperation {
+class CNrvOperationDecodedDataWithoutTrailer : public CNrvCommand<CNrvOperationDecodedDataWithoutTrailer> {
 public:
-    explicit CNrvOperationDecodedDataWithoutTrailer(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 0; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "DecodedDataWithoutTrailer";
+    explicit CNrvOperationDecodedDataWithoutTrailer(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
 };
 class CNrvOperationFactoryDecodedDataWithoutTrailer : public CNrvOperationFactoryOf<CNrvOperationDecodedDataWithoutTrailer> {};
 

@@ -1,11 +1,19 @@
-// First cut: codes and a sentence per code, the whole expression as the
-// range. The parse observation that gives exact ranges, commands and the
-// node tree replaces it.
+// Diagnostics are made from the engine's own work: a parse observer records
+// where the parser cut each operation from and where it stopped, and an
+// explanation runs the parsed operations themselves.
 #include "NrvDiagnostics.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cstring>
+#include <unordered_map>
 
+#include "NrvCommand.h"
+#include "NrvCommandTable.h"
 #include "NrvDataEditingProfile.h"
+#include "NrvEscapes.h"
+#include "NrvOperationBase.h"
+#include "NrvParseObserver.h"
 
 namespace {
 
@@ -41,44 +49,533 @@ const SCode* FindCode(NRVRESULT nCode)
     return nullptr;
 }
 
-const char* SentenceFor(NRVRESULT nCode)
+std::string MeaningOf(NRVRESULT nCode)
 {
-    const char* pszMeaning = NrvResultCodeMeaning(nCode);
-    return pszMeaning != nullptr ? pszMeaning : "the expression failed";
+    const SCode* pCode = FindCode(nCode);
+    return pCode != nullptr ? pCode->pszMeaning : "failed with code " + std::to_string(static_cast<long long>(nCode));
 }
 
-TNrvDiagnostic Describe(NRVRESULT nCode, const char* pszExpression)
+constexpr char kOpen = CNrvDataEditingProfile::kDelimiterOpen;
+constexpr char kClose = CNrvDataEditingProfile::kDelimiterClose;
+
+struct SRange {
+    size_t nOffset = 0;
+    size_t nLength = 0;
+};
+
+// Where the parser took one operation from.
+struct SNode {
+    CNrvOperation* pOperation = nullptr;
+    bool bCommand = false;
+    size_t nDepth = 0;
+    SRange range;       // a literal's text; a command from its '{' through its '}'
+    SRange name;        // a command's name as written
+    SRange parameters;  // the text between a command's parentheses
+    std::vector<SRange> parameterTexts;  // that text as cut at its commas
+};
+
+std::string Quoted(const std::string& text)
 {
+    std::string quoted = "\"";
+    NrvAppendEscaped(text.data(), text.size(), &quoted);
+    return quoted + "\"";
+}
+
+std::string Plural(size_t nCount, const char* pszOne, const char* pszMany)
+{
+    return std::to_string(nCount) + " " + (nCount == 1 ? pszOne : pszMany);
+}
+
+// "2 parameters (text, count)", "1 parameter (hex)", "no parameters".
+std::string TakesWhat(const TNrvCommandInfo& row)
+{
+    if (row.nParameterCount == 0)
+        return "no parameters";
+    std::string names;
+    for (size_t i = 0; i < row.nParameterCount; ++i)
+        names += std::string(i != 0 ? ", " : "") + row.pParameters[i].pszName;
+    return Plural(row.nParameterCount, "parameter", "parameters") + " (" + names + ")";
+}
+
+// Edits needed to turn one name into the other, a swap of two neighbours
+// counting as one.
+size_t EditDistance(const std::string& a, const std::string& b)
+{
+    std::vector<std::vector<size_t>> d(a.size() + 1, std::vector<size_t>(b.size() + 1));
+    for (size_t i = 0; i <= a.size(); ++i)
+        d[i][0] = i;
+    for (size_t j = 0; j <= b.size(); ++j)
+        d[0][j] = j;
+    for (size_t i = 1; i <= a.size(); ++i) {
+        for (size_t j = 1; j <= b.size(); ++j) {
+            const size_t nCost = a[i - 1] == b[j - 1] ? 0 : 1;
+            d[i][j] = std::min({d[i - 1][j] + 1, d[i][j - 1] + 1, d[i - 1][j - 1] + nCost});
+            if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1])
+                d[i][j] = std::min(d[i][j], d[i - 2][j - 2] + 1);
+        }
+    }
+    return d[a.size()][b.size()];
+}
+
+bool EqualIgnoringCase(const std::string& a, const char* pszB)
+{
+    if (a.size() != strlen(pszB))
+        return false;
+    for (size_t i = 0; i < a.size(); ++i) {
+        if (tolower(static_cast<unsigned char>(a[i])) != tolower(static_cast<unsigned char>(pszB[i])))
+            return false;
+    }
+    return true;
+}
+
+// The command a mistyped name most likely meant: the same name in another
+// case, or one within two edits (the nearest, the first in the table on a
+// tie); null when none is that close.
+const char* Suggest(const std::string& name)
+{
+    size_t nCount = 0;
+    const TNrvCommandInfo* pCommands = NrvGetCommandTable(&nCount);
+    for (size_t i = 0; i < nCount; ++i) {
+        if (EqualIgnoringCase(name, pCommands[i].pszName))
+            return pCommands[i].pszName;
+    }
+    const char* pszBest = nullptr;
+    size_t nBest = 3;
+    for (size_t i = 0; i < nCount; ++i) {
+        const size_t nDistance = EditDistance(name, pCommands[i].pszName);
+        if (nDistance < nBest) {
+            nBest = nDistance;
+            pszBest = pCommands[i].pszName;
+        }
+    }
+    return pszBest;
+}
+
+// Listens to one parse of one expression and keeps where everything lies
+// and, when the parse fails, the diagnostic of the failure.
+class CRecorder : public CNrvParseObserver {
+public:
+    explicit CRecorder(const char* pszExpression)
+        : m_pszExpression(pszExpression), m_nLength(strlen(pszExpression)), m_pPrevious(NrvSetParseObserver(this))
+    {
+    }
+    ~CRecorder() override { NrvSetParseObserver(m_pPrevious); }
+    CRecorder(const CRecorder&) = delete;
+    CRecorder& operator=(const CRecorder&) = delete;
+
+    void OnCall(const CNrvParsingString& name, const CNrvParsingString& parameters,
+                const CNrvParsingString& rest) override
+    {
+        m_Call.name = RangeOf(name);
+        m_Call.parameters = RangeOf(parameters);
+        // The piece runs from just after its '{' to the end of what the
+        // call left; its '}' follows when the expression has one there.
+        const size_t nStart = m_Call.name.nOffset != 0 ? m_Call.name.nOffset - 1 : 0;
+        const SRange restRange = RangeOf(rest);
+        size_t nEnd = restRange.nOffset + restRange.nLength;
+        if (nEnd < m_nLength && m_pszExpression[nEnd] == kClose)
+            ++nEnd;
+        m_Call.range = {nStart, nEnd - nStart};
+    }
+
+    void OnCommand(CNrvOperation* pOperation, size_t nDepth) override
+    {
+        SNode node = m_Call;
+        node.pOperation = pOperation;
+        node.bCommand = true;
+        node.nDepth = nDepth;
+        Add(node);
+    }
+
+    void OnLiteral(CNrvOperation* pOperation, const CNrvParsingString& text, size_t nDepth) override
+    {
+        SNode node;
+        node.pOperation = pOperation;
+        node.nDepth = nDepth;
+        node.range = RangeOf(text);
+        Add(node);
+    }
+
+    void OnParameter(CNrvOperation* pOwner, const CNrvParsingString& text) override
+    {
+        SNode* pNode = FindToChange(pOwner);
+        if (pNode != nullptr)
+            pNode->parameterTexts.push_back(RangeOf(text));
+    }
+
+    void OnFailure(NRVRESULT nCode, const CNrvParsingString& at, CNrvOperation* pOperation, bool bTooDeep) override
+    {
+        m_bFailed = true;
+        m_Failure = TNrvDiagnostic();
+        m_Failure.nCode = nCode;
+        const SRange range = RangeOf(at);
+        switch (nCode) {
+        case NRV_ERR_UNKNOWN_COMMAND: DescribeUnknown(range); break;
+        case NRV_ERR_PARAMETER_COUNT: DescribeCount(range, pOperation); break;
+        case NRV_ERR_INVALID_PARAMETER: DescribeMisfit(pOperation); break;
+        case NRV_ERR_SYNTAX:
+            // Both point at the '{' just before the piece.
+            SetRange(range.nOffset != 0 ? range.nOffset - 1 : 0, 1);
+            m_Failure.message = bTooDeep ? "commands are nested more than " +
+                                               std::to_string(kNrvMaximumNestingDepth) +
+                                               " deep: this { opens one level too many"
+                                         : "this { has no matching }";
+            break;
+        default: m_bFailed = false; break;
+        }
+    }
+
+    bool Failed() const { return m_bFailed; }
+    const TNrvDiagnostic& Failure() const { return m_Failure; }
+    const std::vector<SNode>& Nodes() const { return m_Nodes; }
+    const SNode* Find(const CNrvOperation* pOperation) const
+    {
+        const auto found = m_Index.find(pOperation);
+        return found != m_Index.end() ? &m_Nodes[found->second] : nullptr;
+    }
+    std::string Text(const SRange& range) const { return std::string(m_pszExpression + range.nOffset, range.nLength); }
+
+private:
+    SNode* FindToChange(const CNrvOperation* pOperation)
+    {
+        const auto found = m_Index.find(pOperation);
+        return found != m_Index.end() ? &m_Nodes[found->second] : nullptr;
+    }
+
+    void Add(const SNode& node)
+    {
+        m_Index[node.pOperation] = m_Nodes.size();
+        m_Nodes.push_back(node);
+    }
+
+    // The window's place in the expression; a window that is not on it
+    // (none is, the parser cuts every window from the text) reads as 0.
+    SRange RangeOf(const CNrvParsingString& window) const
+    {
+        const char* p = window.GetString();
+        if (p < m_pszExpression || p > m_pszExpression + m_nLength)
+            return SRange();
+        const size_t nOffset = static_cast<size_t>(p - m_pszExpression);
+        return {nOffset, std::min(window.GetLength(), m_nLength - nOffset)};
+    }
+
+    void SetRange(size_t nOffset, size_t nLength)
+    {
+        m_Failure.nOffset = nOffset;
+        m_Failure.nLength = nLength;
+    }
+
+    void DescribeUnknown(const SRange& name)
+    {
+        const std::string written = Text(name);
+        if (written.empty()) {
+            SetRange(name.nOffset != 0 ? name.nOffset - 1 : 0, 1);
+            m_Failure.message = "a command name is missing after this {";
+            return;
+        }
+        SetRange(name.nOffset, name.nLength);
+        m_Failure.message = "unknown command " + Quoted(written);
+        const size_t nFirst = written.find_first_not_of(' ');
+        const size_t nLast = written.find_last_not_of(' ');
+        const std::string trimmed = nFirst == std::string::npos ? "" : written.substr(nFirst, nLast - nFirst + 1);
+        if (trimmed != written && NrvFindCommandInfo(trimmed.data(), trimmed.size()) != nullptr) {
+            m_Failure.message += ": spaces are part of a name; did you mean " + trimmed + "?";
+            return;
+        }
+        const char* pszSuggestion = Suggest(written);
+        if (pszSuggestion != nullptr)
+            m_Failure.message += "; did you mean " + std::string(pszSuggestion) + "?";
+    }
+
+    void DescribeCount(const SRange& name, CNrvOperation* pOperation)
+    {
+        SetRange(name.nOffset, name.nLength);
+        m_Failure.command = Text(name);
+        const CNrvCommandOperation* pCommand = dynamic_cast<const CNrvCommandOperation*>(pOperation);
+        const size_t nWritten = CNrvOperation::CountWrittenParameters(ParametersWindow(), kOpen, kClose);
+        const std::string written = nWritten == 0 ? "none is written" : nWritten == 1 ? "1 is written"
+                                                                      : std::to_string(nWritten) + " are written";
+        if (pCommand == nullptr) {
+            m_Failure.message = m_Failure.command + " takes " + std::to_string(pOperation->GetParameterCount()) +
+                                " parameters, but " + written;
+            return;
+        }
+        m_Failure.message = m_Failure.command + " takes " + TakesWhat(pCommand->GetCommandInfo()) + ", but " + written;
+        const std::string parameters = Text(m_Call.parameters);
+        const size_t nFirst = parameters.find_first_not_of(' ');
+        if (nFirst != std::string::npos && parameters[nFirst] == ',')
+            m_Failure.message += " (a comma before the first parameter does not count)";
+    }
+
+    // The parameter text of the last call, as a window on the expression.
+    CNrvParsingString ParametersWindow() const
+    {
+        CNrvParsingString whole(m_pszExpression);
+        whole.ExtractBeforeIndex(m_Call.parameters.nOffset);
+        return whole.ExtractBeforeIndex(m_Call.parameters.nLength);
+    }
+
+    // What an operation is, for a sentence: a command by its name, a literal
+    // by its text.
+    std::string Describe(const CNrvOperation* pOperation) const
+    {
+        const SNode* pNode = Find(pOperation);
+        if (pNode == nullptr)
+            return "a parameter";
+        if (pNode->bCommand)
+            return Text(pNode->name);
+        return pNode->range.nLength == 0 ? "an empty text" : Quoted(Text(pNode->range));
+    }
+
+    void DescribeMisfit(CNrvOperation* pOperation)
+    {
+        const SNode* pNode = Find(pOperation);
+        const CNrvCommandOperation* pCommand = dynamic_cast<const CNrvCommandOperation*>(pOperation);
+        if (pNode == nullptr || pCommand == nullptr) {
+            m_Failure.message = "the parameters do not fit the command";
+            return;
+        }
+        const TNrvCommandInfo& row = pCommand->GetCommandInfo();
+        const std::string command = Text(pNode->name);
+        m_Failure.command = command;
+        SetRange(pNode->parameters.nOffset, pNode->parameters.nLength);
+
+        std::vector<CNrvOperation*> parameters;
+        CNrvList* pList = pOperation->GetOperationsList();
+        for (TNrvPosition position = pList->GetHeadPosition(); position != nullptr;) {
+            void* pData = nullptr;
+            if (pList->GetNext(&position, &pData) < 0)
+                break;
+            parameters.push_back(static_cast<CNrvOperation*>(pData));
+        }
+        if (row.nParameterCount == 0) {
+            m_Failure.message = command + " takes no parameters, but " + Quoted(Text(pNode->parameters)) +
+                                " is written between its parentheses";
+            return;
+        }
+        // A parameter text that gave more than one operation.
+        for (size_t i = 0; i < pNode->parameterTexts.size(); ++i) {
+            const SRange& text = pNode->parameterTexts[i];
+            std::vector<std::string> pieces;
+            for (const CNrvOperation* pParameter : parameters) {
+                const SNode* pPiece = Find(pParameter);
+                if (pPiece != nullptr && pPiece->range.nOffset >= text.nOffset &&
+                    pPiece->range.nOffset + pPiece->range.nLength <= text.nOffset + text.nLength)
+                    pieces.push_back(Describe(pParameter));
+            }
+            if (pieces.size() < 2)
+                continue;
+            SetRange(text.nOffset, text.nLength);
+            std::string list;
+            for (size_t j = 0; j < pieces.size(); ++j)
+                list += (j == 0 ? "" : j + 1 == pieces.size() ? " and " : ", ") + pieces[j];
+            m_Failure.message = "parameter " + std::to_string(i + 1) + " (" + ParameterName(row, i) + ") of " +
+                                command + " is written as " + std::to_string(pieces.size()) + " pieces, " + list +
+                                "; a parameter is one text, one number or one command";
+            return;
+        }
+        if (parameters.size() != row.nParameterCount) {
+            m_Failure.message = command + " takes " + TakesWhat(row) + ", but " + Quoted(Text(pNode->parameters)) +
+                                " is cut into " + std::to_string(parameters.size()) +
+                                " at its commas (a comma first opens an empty parameter)";
+            return;
+        }
+        for (size_t i = 0; i < parameters.size(); ++i) {
+            const CNrvOperation* pParameter = parameters[i];
+            const bool bNumber = row.pParameters[i].nKind == CNrvOperationResult::typeInt;
+            if (bNumber ? pParameter->CanResultBeAnInteger() : pParameter->CanResultBeAString())
+                continue;
+            if (i < pNode->parameterTexts.size())
+                SetRange(pNode->parameterTexts[i].nOffset, pNode->parameterTexts[i].nLength);
+            const SNode* pPiece = Find(pParameter);
+            std::string why = Describe(pParameter);
+            if (pPiece != nullptr && pPiece->bCommand)
+                why += bNumber ? " gives a text" : " gives a number";
+            else if (pPiece != nullptr && pPiece->range.nLength == 0)
+                why = "it is empty";
+            else if (bNumber && LooksLikeANumber(pPiece))
+                why += " does not fit in 32 bits";
+            else
+                why += " is a text";
+            m_Failure.message = "parameter " + std::to_string(i + 1) + " (" + ParameterName(row, i) + ") of " +
+                                command + " must be a " + (bNumber ? "number" : "text") + ", but " + why;
+            return;
+        }
+        m_Failure.message = "the parameters do not fit " + command;
+    }
+
+    static std::string ParameterName(const TNrvCommandInfo& row, size_t i)
+    {
+        return i < row.nParameterCount ? row.pParameters[i].pszName : "?";
+    }
+
+    // Digits, perhaps with a sign and spaces: a number too large to be one.
+    bool LooksLikeANumber(const SNode* pNode) const
+    {
+        if (pNode == nullptr)
+            return false;
+        const std::string text = Text(pNode->range);
+        const size_t nFirst = text.find_first_not_of(" \t+-");
+        return nFirst != std::string::npos && text.find_first_not_of("0123456789 \t", nFirst) == std::string::npos;
+    }
+
+    const char* m_pszExpression;
+    size_t m_nLength;
+    CNrvParseObserver* m_pPrevious;
+    SNode m_Call;
+    std::vector<SNode> m_Nodes;
+    std::unordered_map<const CNrvOperation*, size_t> m_Index;
+    bool m_bFailed = false;
+    TNrvDiagnostic m_Failure;
+};
+
+// The outcome of a parse as a diagnostic: the recorder's, or the code's
+// meaning over the whole expression when the parser stopped somewhere it
+// does not report.
+TNrvDiagnostic ParseDiagnostic(NRVRESULT nCode, const CRecorder& recorder, size_t nLength)
+{
+    if (nCode >= 0)
+        return TNrvDiagnostic();
+    if (recorder.Failed() && recorder.Failure().nCode == nCode)
+        return recorder.Failure();
     TNrvDiagnostic diagnostic;
     diagnostic.nCode = nCode;
-    if (nCode < 0) {
-        diagnostic.nLength = pszExpression != nullptr ? strlen(pszExpression) : 0;
-        diagnostic.message = SentenceFor(nCode);
-    }
+    diagnostic.nLength = nLength;
+    diagnostic.message = MeaningOf(nCode);
     return diagnostic;
 }
+
+// Runs the parsed operations one node at a time, the way Run runs them: a
+// command's parameters in order until one fails, then the command itself.
+class CExplainer {
+public:
+    CExplainer(const CRecorder& recorder, TNrvExplanation* pExplanation)
+        : m_Recorder(recorder), m_pExplanation(pExplanation)
+    {
+    }
+
+    void Explain(CNrvOperation* pOperation, bool bRun, TNrvExplainNode* pNode, CNrvOperationResult* pValue)
+    {
+        const SNode* pInfo = m_Recorder.Find(pOperation);
+        if (pInfo != nullptr) {
+            pNode->nOffset = pInfo->range.nOffset;
+            pNode->nLength = pInfo->range.nLength;
+            pNode->name = m_Recorder.Text(pInfo->bCommand ? pInfo->name : pInfo->range);
+        }
+        pNode->kind = pInfo != nullptr && pInfo->bCommand ? kNrvNodeCommand
+                      : pOperation->GetResultType() == CNrvOperationResult::typeStringOrInt ? kNrvNodeInteger
+                                                                                             : kNrvNodeText;
+        pNode->bRun = bRun;
+        if (bRun) {
+            pNode->nCode = pOperation->Run(*pValue);
+            if (pNode->nCode >= 0)
+                Record(*pValue, pNode);
+        }
+
+        CNrvList* pList = pOperation->GetOperationsList();
+        std::vector<CNrvOperationResult> parameters(static_cast<size_t>(pList->GetCount()));
+        bool bRunNext = bRun;
+        size_t i = 0;
+        for (TNrvPosition position = pList->GetHeadPosition(); position != nullptr; ++i) {
+            void* pData = nullptr;
+            if (pList->GetNext(&position, &pData) < 0)
+                break;
+            pNode->params.emplace_back();
+            Explain(static_cast<CNrvOperation*>(pData), bRunNext, &pNode->params.back(), &parameters[i]);
+            if (bRunNext && pNode->params.back().nCode < 0)
+                bRunNext = false;
+        }
+        // The first command whose own Run failed, every parameter having run.
+        if (bRun && pNode->nCode < 0 && bRunNext && !m_bFailureFound) {
+            m_bFailureFound = true;
+            TNrvDiagnostic& failure = m_pExplanation->failure;
+            failure.nCode = pNode->nCode;
+            failure.command = pNode->name;
+            if (pInfo != nullptr) {
+                failure.nOffset = pInfo->name.nOffset;
+                failure.nLength = pInfo->name.nLength;
+            }
+            const CNrvCommandOperation* pCommand = dynamic_cast<const CNrvCommandOperation*>(pOperation);
+            failure.message = pCommand != nullptr ? pCommand->DescribeFailure(pNode->nCode, parameters.data())
+                                                  : MeaningOf(pNode->nCode);
+        }
+    }
+
+    bool FailureFound() const { return m_bFailureFound; }
+
+private:
+    static void Record(CNrvOperationResult& value, TNrvExplainNode* pNode)
+    {
+        pNode->bInteger = value.GetType() == CNrvOperationResult::typeInt;
+        if (pNode->bInteger)
+            pNode->nInteger = NrvIntegerOf(value);
+        const char* pszText = value.GetResultString();
+        if (pszText != nullptr)
+            pNode->value.assign(pszText, value.GetResultStringLength());
+    }
+
+    const CRecorder& m_Recorder;
+    TNrvExplanation* m_pExplanation;
+    bool m_bFailureFound = false;
+};
 
 }  // namespace
 
 TNrvDiagnostic NrvDiagnoseParse(const char* pszExpression)
 {
+    if (pszExpression == nullptr) {
+        TNrvDiagnostic diagnostic;
+        diagnostic.nCode = NRV_ERR_INVALID_PARAMETER;
+        diagnostic.message = "no expression was given";
+        return diagnostic;
+    }
     CNrvDataEditingProfile profile;
-    return Describe(profile.Parse(pszExpression), pszExpression);
+    CRecorder recorder(pszExpression);
+    const NRVRESULT nCode = profile.Parse(pszExpression);
+    return ParseDiagnostic(nCode, recorder, strlen(pszExpression));
 }
 
 TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t nLength)
 {
     TNrvExplanation explanation;
-    CNrvDataEditingProfile profile;
-    explanation.nCode = profile.Parse(pszExpression);
-    if (explanation.nCode >= 0) {
-        TNrvScanDecodedData record = {kNrvScanSymbologyNotSpecified, {0, nullptr},
-                                      {nLength, const_cast<char*>(pData)}};
-        explanation.nCode = profile.Edit(&record);
-        if (explanation.nCode >= 0)
-            explanation.output.assign(record.String.pValue, record.String.nLength);
+    if (pszExpression == nullptr) {
+        explanation.failure = NrvDiagnoseParse(pszExpression);
+        explanation.nCode = explanation.failure.nCode;
+        return explanation;
     }
-    explanation.failure = Describe(explanation.nCode, pszExpression);
+    CNrvDataEditingProfile profile;
+    CRecorder recorder(pszExpression);
+    const NRVRESULT parsed = profile.Parse(pszExpression);
+    if (parsed < 0) {
+        explanation.nCode = parsed;
+        explanation.failure = ParseDiagnostic(parsed, recorder, strlen(pszExpression));
+        return explanation;
+    }
+
+    // The profile's own Edit gives the code and the output; it also leaves
+    // the scan in the profile, where the data commands read it while the
+    // nodes are run one by one below.
+    TNrvScanDecodedData record = {kNrvScanSymbologyNotSpecified, {0, nullptr}, {nLength, const_cast<char*>(pData)}};
+    explanation.nCode = profile.Edit(&record);
+    if (explanation.nCode >= 0)
+        explanation.output.assign(record.String.pValue, record.String.nLength);
+    const bool bRan = !(pData == nullptr && nLength != 0);
+
+    CExplainer explainer(recorder, &explanation);
+    bool bRun = bRan;
+    for (const SNode& node : recorder.Nodes()) {
+        if (node.nDepth != 0)
+            continue;
+        explanation.nodes.emplace_back();
+        CNrvOperationResult value;
+        explainer.Explain(node.pOperation, bRun, &explanation.nodes.back(), &value);
+        if (bRun && explanation.nodes.back().nCode < 0)
+            bRun = false;
+    }
+    if (explanation.nCode < 0 && !explainer.FailureFound()) {
+        explanation.failure.nCode = explanation.nCode;
+        explanation.failure.message = bRan ? MeaningOf(explanation.nCode) : "no scan data was given";
+    }
     return explanation;
 }
 

@@ -13,13 +13,20 @@
 
 #include "NrvScanTypes.h"
 
-// The outcome of a parse or an edit, for a person.
+// The outcome of a parse or an edit, for a person. The range is the
+// culprit's: an unknown name as written (the '{' when the name is empty),
+// the name of a command given the wrong number of parameters or whose Run
+// failed, the parameter that does not fit (or the whole parameter text), or
+// the '{' without a partner or nested one level too deep.
 struct TNrvDiagnostic {
     NRVRESULT nCode = NRV_OK;  // what Parse (or Edit) returned
     size_t nOffset = 0;        // the culprit's byte range in the expression
     size_t nLength = 0;
     std::string command;       // the command concerned; empty when none
-    std::string message;       // one sentence; empty when nothing went wrong
+    // One sentence; empty when nothing went wrong. A parse's names the
+    // command itself; a failed Run's does not ("count 20 is not less than
+    // the length 3 of the text"), since command holds it.
+    std::string message;
 };
 
 enum ENrvNodeKind { kNrvNodeCommand, kNrvNodeText, kNrvNodeInteger };
@@ -28,13 +35,15 @@ enum ENrvNodeKind { kNrvNodeCommand, kNrvNodeText, kNrvNodeInteger };
 struct TNrvExplainNode {
     ENrvNodeKind kind = kNrvNodeText;
     std::string name;                 // a command's name; a literal's text as written
-    size_t nOffset = 0;               // the node's byte range in the expression
+    size_t nOffset = 0;               // the node's byte range in the expression: a
+                                      // command's from its '{' through its '}'
     size_t nLength = 0;
     bool bRun = false;                // false: not run, because a node before it failed
     NRVRESULT nCode = NRV_OK;         // the code its run returned (when bRun)
     bool bInteger = false;            // the value is an integer, not a text
     int nInteger = 0;                 // the integer, when bInteger
     std::string value;                // the text's bytes; an integer's decimal text
+                                      // (an integer literal's as written)
     std::vector<TNrvExplainNode> params;
 };
 
@@ -52,8 +61,10 @@ TNrvDiagnostic NrvDiagnoseParse(const char* pszExpression);
 
 // Parses the expression and runs it over one scan (nLength bytes, zero
 // bytes allowed) with the engine's own operations, recording every node's
-// value. Triggers are not applied. When the expression does not parse,
-// nCode and failure are the parse's and nodes is empty.
+// value; code and output are those of the profile's Edit. Triggers are not
+// applied. When the expression does not parse, nCode and failure are the
+// parse's and nodes is empty. Each node runs its own subtree again, so the
+// cost grows with the depth of nesting: ask only when something failed.
 TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t nLength);
 
 // The name of a code the library defines ("NRV_ERR_SYNTAX"), or null.

@@ -25,11 +25,6 @@ signed char ShiftDigitUp(signed char cWork)
 
 }  // namespace
 
-bool CNrvOperationEscapeCharacter::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("S");
-}
-
 NRVRESULT CNrvOperationEscapeCharacter::Run(CNrvOperationResult& Result) const
 {
     CNrvOperationResult ResultParam1;
@@ -79,4 +74,9 @@ NRVRESULT CNrvOperationEscapeCharacter::Run(CNrvOperationResult& Result) const
     if (limits < 0)
         return limits;
     return Result.WriteResult(pszResult.get(), index);
+}
+
+std::string CNrvOperationEscapeCharacter::DescribeFailure(NRVRESULT, CNrvOperationResult*) const
+{
+    return "hex is empty: there are no digits to turn into bytes";
 }

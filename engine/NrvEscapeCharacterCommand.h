@@ -3,16 +3,14 @@
 
 // Hexadecimal digits to the bytes they spell.
 
-#include "NrvOperationBase.h"
-#include "NrvOperationDictionary.h"
+#include "NrvCommand.h"
 
-class CNrvOperationEscapeCharacter : public CNrvOperation {
+class CNrvOperationEscapeCharacter : public CNrvCommand<CNrvOperationEscapeCharacter> {
 public:
-    explicit CNrvOperationEscapeCharacter(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 1; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "EscapeCharacter";
+    explicit CNrvOperationEscapeCharacter(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
+    std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 class CNrvOperationFactoryEscapeCharacter : public CNrvOperationFactoryOf<CNrvOperationEscapeCharacter> {};
 

@@ -24,11 +24,6 @@ int32_t AsInt32(size_t nValue)
 
 }  // namespace
 
-bool CNrvOperationFindFirstFromIndex::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("SISI");
-}
-
 NRVRESULT CNrvOperationFindFirstFromIndex::Run(CNrvOperationResult& Result) const
 {
     CNrvOperationResult parameters[4];
@@ -62,9 +57,9 @@ NRVRESULT CNrvOperationFindFirstFromIndex::Run(CNrvOperationResult& Result) cons
     return result;
 }
 
-bool CNrvOperationFindLastFromIndex::CheckIfParametersAreCorrect() const
+std::string CNrvOperationFindFirstFromIndex::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
 {
-    return CheckParameterKinds("SISI");
+    return NrvDescribePositionFailure("start", NrvIntegerOf(pParameters[1]), pParameters[0].GetResultStringLength());
 }
 
 NRVRESULT CNrvOperationFindLastFromIndex::Run(CNrvOperationResult& Result) const
@@ -96,6 +91,11 @@ NRVRESULT CNrvOperationFindLastFromIndex::Run(CNrvOperationResult& Result) const
     // Applied even when nothing was found.
     Result.SetResult(AddAsInt32(FindIndex(parameters[0], nStart, parameters[2]), parameters[3].GetResultInteger()));
     return result;
+}
+
+std::string CNrvOperationFindLastFromIndex::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
+{
+    return NrvDescribePositionFailure("start", NrvIntegerOf(pParameters[1]), pParameters[0].GetResultStringLength());
 }
 
 // Steps back one byte at a time from the start, each time searching forwards

@@ -3,26 +3,23 @@
 
 // Finding a text forwards or backwards from an index; they yield positions.
 
-#include "NrvOperationBase.h"
-#include "NrvOperationDictionary.h"
+#include "NrvCommand.h"
 
-class CNrvOperationFindFirstFromIndex : public CNrvOperation {
+class CNrvOperationFindFirstFromIndex : public CNrvCommand<CNrvOperationFindFirstFromIndex> {
 public:
-    explicit CNrvOperationFindFirstFromIndex(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 4; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "FindFirstFromIndex";
+    explicit CNrvOperationFindFirstFromIndex(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeInt; }
+    std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 class CNrvOperationFactoryFindFirstFromIndex : public CNrvOperationFactoryOf<CNrvOperationFindFirstFromIndex> {};
 
-class CNrvOperationFindLastFromIndex : public CNrvOperation {
+class CNrvOperationFindLastFromIndex : public CNrvCommand<CNrvOperationFindLastFromIndex> {
 public:
-    explicit CNrvOperationFindLastFromIndex(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 4; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "FindLastFromIndex";
+    explicit CNrvOperationFindLastFromIndex(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeInt; }
+    std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 
 private:
     // Backward search: see Run.

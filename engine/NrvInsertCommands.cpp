@@ -50,11 +50,6 @@ NRVRESULT WriteInserted(CNrvOperationResult* pParameters, bool bAfter, CNrvOpera
 
 }  // namespace
 
-bool CNrvOperationInsertAfterIndex::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("SIS");
-}
-
 NRVRESULT CNrvOperationInsertAfterIndex::Run(CNrvOperationResult& Result) const
 {
     // All three run before the index is looked at: a failing insert fails
@@ -69,9 +64,9 @@ NRVRESULT CNrvOperationInsertAfterIndex::Run(CNrvOperationResult& Result) const
     return WriteInserted(parameters, true, Result);
 }
 
-bool CNrvOperationInsertBeforeIndex::CheckIfParametersAreCorrect() const
+std::string CNrvOperationInsertAfterIndex::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
 {
-    return CheckParameterKinds("SIS");
+    return NrvDescribePositionFailure("index", NrvIntegerOf(pParameters[1]), pParameters[0].GetResultStringLength());
 }
 
 NRVRESULT CNrvOperationInsertBeforeIndex::Run(CNrvOperationResult& Result) const
@@ -84,4 +79,9 @@ NRVRESULT CNrvOperationInsertBeforeIndex::Run(CNrvOperationResult& Result) const
     if (limits < 0)
         return limits;
     return WriteInserted(parameters, false, Result);
+}
+
+std::string CNrvOperationInsertBeforeIndex::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
+{
+    return NrvDescribePositionFailure("index", NrvIntegerOf(pParameters[1]), pParameters[0].GetResultStringLength());
 }

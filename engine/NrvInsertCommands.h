@@ -3,26 +3,23 @@
 
 // Inserting a text behind or in front of the byte at an index.
 
-#include "NrvOperationBase.h"
-#include "NrvOperationDictionary.h"
+#include "NrvCommand.h"
 
-class CNrvOperationInsertAfterIndex : public CNrvOperation {
+class CNrvOperationInsertAfterIndex : public CNrvCommand<CNrvOperationInsertAfterIndex> {
 public:
-    explicit CNrvOperationInsertAfterIndex(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 3; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "InsertAfterIndex";
+    explicit CNrvOperationInsertAfterIndex(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
+    std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 class CNrvOperationFactoryInsertAfterIndex : public CNrvOperationFactoryOf<CNrvOperationInsertAfterIndex> {};
 
-class CNrvOperationInsertBeforeIndex : public CNrvOperation {
+class CNrvOperationInsertBeforeIndex : public CNrvCommand<CNrvOperationInsertBeforeIndex> {
 public:
-    explicit CNrvOperationInsertBeforeIndex(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 3; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "InsertBeforeIndex";
+    explicit CNrvOperationInsertBeforeIndex(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
+    std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 class CNrvOperationFactoryInsertBeforeIndex : public CNrvOperationFactoryOf<CNrvOperationInsertBeforeIndex> {};
 

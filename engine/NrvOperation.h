@@ -3,6 +3,8 @@
 #ifndef NRV_OPERATION_H
 #define NRV_OPERATION_H
 
+#include "NrvCommand.h"
+#include "NrvCommandTable.h"
 #include "NrvLiteralOperations.h"
 #include "NrvOperationBase.h"
 #include "NrvOperationDictionary.h"

@@ -30,10 +30,16 @@ NRVRESULT CNrvOperation::CheckParametersCount(CNrvOperation* pOperation, CNrvPar
 {
     if (pOperation == nullptr || pOperationParameter == nullptr)
         return NRV_ERR_INVALID_PARAMETER;
+    const size_t nCount = CountWrittenParameters(*pOperationParameter, cOpen, cClose);
+    return pOperation->GetParameterCount() == nCount ? NRV_OK : NRV_ERR_PARAMETER_COUNT;
+}
+
+size_t CNrvOperation::CountWrittenParameters(const CNrvParsingString& Parameters, char cOpen, char cClose)
+{
     size_t nCount = 0;
     size_t nOpen = 0;
-    const unsigned char* p = reinterpret_cast<const unsigned char*>(pOperationParameter->GetString());
-    const unsigned char* const pEnd = p + pOperationParameter->GetLength();
+    const unsigned char* p = reinterpret_cast<const unsigned char*>(Parameters.GetString());
+    const unsigned char* const pEnd = p + Parameters.GetLength();
     for (; p < pEnd; ++p) {
         const unsigned char c = *p;
         if (nOpen == 0 && c == ',') {
@@ -51,25 +57,7 @@ NRVRESULT CNrvOperation::CheckParametersCount(CNrvOperation* pOperation, CNrvPar
             nCount = 1;
         }
     }
-    return pOperation->GetParameterCount() == nCount ? NRV_OK : NRV_ERR_PARAMETER_COUNT;
-}
-
-bool CNrvOperation::CheckParameterKinds(const char* pszKinds) const
-{
-    const size_t nKinds = strlen(pszKinds);
-    if (nKinds != GetParameterCount() || static_cast<size_t>(m_OperationsList.GetCount()) != nKinds)
-        return false;
-    TNrvPosition position = m_OperationsList.GetHeadPosition();
-    for (size_t i = 0; i < nKinds; ++i) {
-        void* pData = nullptr;
-        if (m_OperationsList.GetNext(&position, &pData) < 0)
-            return false;
-        const CNrvOperation* pParameter = static_cast<const CNrvOperation*>(pData);
-        const bool bFits = pszKinds[i] == 'I' ? pParameter->CanResultBeAnInteger() : pParameter->CanResultBeAString();
-        if (!bFits)
-            return false;
-    }
-    return true;
+    return nCount;
 }
 
 NRVRESULT CNrvOperation::RunParameters(CNrvOperationResult* pResults, size_t nCount) const

@@ -50,6 +50,8 @@ public:
     // the command's GetParameterCount().
     static NRVRESULT CheckParametersCount(CNrvOperation* pOperation, CNrvParsingString* pOperationParameter,
                                           char cOpen, char cClose);
+    // The count that check compares: how many parameters the text holds.
+    static size_t CountWrittenParameters(const CNrvParsingString& Parameters, char cOpen, char cClose);
 
     // The expression parser: appends one operation per top-level literal run
     // or delimited command of the text to pOperationsList.
@@ -70,10 +72,6 @@ protected:
     static NRVRESULT SplitInParametersIfNecessary(CNrvParsingString* pStringInsideParenthesis, char cOpen,
                                                   char cClose, CNrvList* pParsingStringsList);
 
-    // The parameter check every command shares: exactly one parameter per
-    // character of pszKinds, 'S' where a text is taken and 'I' where an
-    // integer is taken.
-    bool CheckParameterKinds(const char* pszKinds) const;
     // Runs the parameters in order into pResults[0..nCount). Stops at the
     // first failure and returns it; otherwise the last parameter's code.
     NRVRESULT RunParameters(CNrvOperationResult* pResults, size_t nCount) const;

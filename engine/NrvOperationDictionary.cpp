@@ -3,7 +3,7 @@
 #include <cstring>
 #include <memory>
 
-#include "NrvOperation.h"
+#include "NrvCommandTable.h"
 
 CNrvOperationDictionary::~CNrvOperationDictionary()
 {
@@ -17,38 +17,20 @@ CNrvOperationDictionary::~CNrvOperationDictionary()
     }
 }
 
-template <class TFactory>
-NRVRESULT CNrvOperationDictionary::Register(const char* pszKey)
-{
-    std::unique_ptr<CNrvOperationFactory> factory(new TFactory);
-    const NRVRESULT result = Add(pszKey, factory.get());
-    if (result >= 0)
-        factory.release();  // the dictionary owns it now
-    return result;
-}
-
 NRVRESULT CNrvOperationDictionary::Initialize()
 {
-    // Every command is registered whatever the others returned; the order
-    // is the order in which look-ups try the names.
-    Register<CNrvOperationFactoryDecodedData>("DecodedData");
-    Register<CNrvOperationFactoryTruncateFromBeginning>("TruncateFromBeginning");
-    Register<CNrvOperationFactoryTruncateFromEnd>("TruncateFromEnd");
-    Register<CNrvOperationFactoryReplace>("Replace");
-    Register<CNrvOperationFactorySubstitute>("Substitute");
-    Register<CNrvOperationFactoryEscapeCharacter>("EscapeCharacter");
-    Register<CNrvOperationFactoryInsertAfterIndex>("InsertAfterIndex");
-    Register<CNrvOperationFactoryInsertBeforeIndex>("InsertBeforeIndex");
-    Register<CNrvOperationFactoryFindFirstFromIndex>("FindFirstFromIndex");
-    Register<CNrvOperationFactoryFindLastFromIndex>("FindLastFromIndex");
-    Register<CNrvOperationFactoryMakeUpperCase>("MakeUpperCase");
-    Register<CNrvOperationFactoryMakeLowerCase>("MakeLowerCase");
-    Register<CNrvOperationFactoryReplaceNonPrintableCharacters>("ReplaceNonPrintableCharacters");
-    Register<CNrvOperationFactoryDecodedDataWithoutTrailer>("DecodedDataWithoutTrailer");
-    Register<CNrvOperationFactoryTruncateAfterIndex>("TruncateAfterIndex");
-    Register<CNrvOperationFactoryTruncateBeforeIndex>("TruncateBeforeIndex");
-    Register<CNrvOperationFactorySubstring>("Substring");
-    return Register<CNrvOperationFactoryExtract>("Extract");
+    // Every row of the command table is registered whatever the others
+    // returned; the table's order is the order in which look-ups try the names.
+    size_t nCount = 0;
+    const TNrvCommandInfo* pCommands = NrvGetCommandTable(&nCount);
+    NRVRESULT result = NRV_OK;
+    for (size_t i = 0; i < nCount; ++i) {
+        std::unique_ptr<CNrvOperationFactory> factory(pCommands[i].pfnCreateFactory());
+        result = Add(pCommands[i].pszName, factory.get());
+        if (result >= 0)
+            factory.release();  // the dictionary owns it now
+    }
+    return result;
 }
 
 NRVRESULT CNrvOperationDictionary::Add(const char* pszKey, CNrvOperationFactory* pFactory)
@@ -77,6 +59,22 @@ CNrvOperationFactory* CNrvOperationDictionary::GetValue(const char* pszCommandNa
             return pMap->GetFactory();
     }
     return nullptr;
+}
+
+size_t CNrvOperationDictionary::GetCount() const
+{
+    return static_cast<size_t>(m_List.GetCount());
+}
+
+const char* CNrvOperationDictionary::GetKey(size_t nIndex) const
+{
+    TNrvPosition position = m_List.GetHeadPosition();
+    void* pData = nullptr;
+    for (size_t i = 0; i <= nIndex; ++i) {
+        if (position == nullptr || m_List.GetNext(&position, &pData) < 0)
+            return nullptr;
+    }
+    return static_cast<const _Map*>(pData)->GetKey();
 }
 
 CNrvOperationDictionary* CNrvOperationDictionary::GetLibraryDictionary()

@@ -38,11 +38,16 @@ public:
     CNrvOperationDictionary& operator=(const CNrvOperationDictionary&) = delete;
     virtual ~CNrvOperationDictionary();
 
-    // Registers the eighteen commands; returns the last registration's code.
+    // Registers every command of the command table, in its order; returns
+    // the last registration's code.
     NRVRESULT Initialize();
     // The factory registered under the first nLength bytes of
     // pszCommandName (compared byte for byte), or null.
     CNrvOperationFactory* GetValue(const char* pszCommandName, size_t nLength) const;
+    // The entries in registration order: their count, and the name of one
+    // (null past the last).
+    size_t GetCount() const;
+    const char* GetKey(size_t nIndex) const;
 
     // The library's dictionary: initialised on first use (safe from any
     // thread) and only read afterwards.
@@ -70,9 +75,6 @@ private:
         char* m_pszKey;
         CNrvOperationFactory* m_pFactory;
     };
-
-    template <class TFactory>
-    NRVRESULT Register(const char* pszKey);
 
     CNrvList m_List;
 };

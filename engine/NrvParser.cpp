@@ -4,8 +4,11 @@
 #include "NrvLiteralOperations.h"
 #include "NrvOperationBase.h"
 #include "NrvOperationDictionary.h"
+#include "NrvParseObserver.h"
 
 namespace {
+
+thread_local CNrvParseObserver* t_pParseObserver = nullptr;
 
 // A local list of parsing strings that deletes whatever it still holds, on
 // every path out of the parser, exceptions included.
@@ -50,6 +53,13 @@ NRVRESULT AppendOwned(CNrvList* pList, std::unique_ptr<T>& object)
 
 }  // namespace
 
+CNrvParseObserver* NrvSetParseObserver(CNrvParseObserver* pObserver)
+{
+    CNrvParseObserver* const pPrevious = t_pParseObserver;
+    t_pParseObserver = pObserver;
+    return pPrevious;
+}
+
 bool CNrvOperation::IsCommand(CNrvParsingString* pParsingString)
 {
     return pParsingString != nullptr && pParsingString->GetFlag() == kFlagCommand;
@@ -68,10 +78,15 @@ NRVRESULT CNrvOperation::ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvO
 {
     if (pParsingString == nullptr || pOperationsList == nullptr)
         return NRV_ERR_INVALID_PARAMETER;
+    CNrvParseObserver* const pObserver = t_pParseObserver;
     pParsingString->DbgFormatDump(false, "About to split the string:%s");
     if (pParsingString->IsEmpty()) {
         std::unique_ptr<CNrvOperation> literal(new CNrvOperationString(pDataEditing, pParsingString));
-        return AppendOwned(pOperationsList, literal);
+        CNrvOperation* const pLiteral = literal.get();
+        const NRVRESULT appended = AppendOwned(pOperationsList, literal);
+        if (pObserver != nullptr && appended >= 0)
+            pObserver->OnLiteral(pLiteral, *pParsingString, nDepth);
+        return appended;
     }
 
     CPieceList pieces;
@@ -88,7 +103,10 @@ NRVRESULT CNrvOperation::ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvO
             std::unique_ptr<CNrvOperation> literal(piece->IsNumber()
                                                        ? new CNrvOperationInteger(pDataEditing, piece.get())
                                                        : new CNrvOperationString(pDataEditing, piece.get()));
+            CNrvOperation* const pLiteral = literal.get();
             result = AppendOwned(pOperationsList, literal);
+            if (pObserver != nullptr && result >= 0)
+                pObserver->OnLiteral(pLiteral, *piece, nDepth);
             continue;
         }
 
@@ -96,6 +114,8 @@ NRVRESULT CNrvOperation::ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvO
         if (nDepth >= kNrvMaximumNestingDepth) {
             piece->DbgFormatDump(true, "Commands nested too deeply at:%s");
             result = NRV_ERR_SYNTAX;
+            if (pObserver != nullptr)
+                pObserver->OnFailure(result, *piece, nullptr, true);
             break;
         }
         CNrvOperation* pNewOperation = nullptr;
@@ -108,6 +128,8 @@ NRVRESULT CNrvOperation::ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvO
         // Appended before its parameters are parsed, so a partial tree always
         // belongs to its owner.
         result = AppendOwned(pOperationsList, command);
+        if (pObserver != nullptr && result >= 0)
+            pObserver->OnCommand(pNewOperation, nDepth);
         if (result < 0 || parameters->IsEmpty())
             continue;
 
@@ -117,6 +139,8 @@ NRVRESULT CNrvOperation::ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvO
         while (result >= 0 && parameterTexts.Get()->GetCount() > 0) {
             std::unique_ptr<CNrvParsingString> parameterText;
             result = parameterTexts.TakeHead(parameterText);
+            if (pObserver != nullptr && result >= 0)
+                pObserver->OnParameter(pNewOperation, *parameterText);
             if (result >= 0)
                 result = ParseNested(pDataEditing, pDictionary, cOpen, cClose, parameterText.get(),
                                      pNewOperation->GetOperationsList(), nDepth + 1);
@@ -124,6 +148,8 @@ NRVRESULT CNrvOperation::ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvO
         if (result >= 0 && !pNewOperation->CheckIfParametersAreCorrect()) {
             result = NRV_ERR_INVALID_PARAMETER;
             piece->DbgFormatDump(true, "Parameters incorrect for:%s");
+            if (pObserver != nullptr)
+                pObserver->OnFailure(result, *piece, pNewOperation, false);
         }
     }
     return result;
@@ -162,10 +188,10 @@ NRVRESULT CNrvOperation::Split(char cStart, char cEnd, CNrvParsingString* pStrin
             result = NRV_ERR_SYNTAX;
         }
         piece->DbgFormatDump(false, "Adding(2) in the parsing list: %s");
-        if (result < 0)
-            piece->DbgFormatDump(true, "Unbalanced command delimiter in:%s");
-        else
+        if (result >= 0)
             result = AppendOwned(pParsingStringsList, piece);
+        else if (t_pParseObserver != nullptr)
+            t_pParseObserver->OnFailure(result, *piece, nullptr, false);
         copy.Remove(&pair);  // drops the closing delimiter, keeps a following opening one
     }
     return result;
@@ -184,18 +210,26 @@ NRVRESULT CNrvOperation::LookupCommand(CNrvOperationDictionary* pDictionary, CNr
     CNrvParsingString name = pCurrentString->ExtractBefore('(');
     std::unique_ptr<CNrvParsingString> parameters(new CNrvParsingString(pCurrentString->Extract('(', ')')));
     parameters->DbgFormatDump(false, "Inside Parenthesis:%s");
+    CNrvParseObserver* const pObserver = t_pParseObserver;
+    if (pObserver != nullptr)
+        pObserver->OnCall(name, *parameters, *pCurrentString);
 
     CNrvOperationFactory* pFactory = pDictionary->GetValue(name.GetString(), name.GetLength());
     if (pFactory == nullptr) {
         name.DbgFormatDump(true, "Error unable to find the command:%s");
+        if (pObserver != nullptr)
+            pObserver->OnFailure(NRV_ERR_UNKNOWN_COMMAND, name, nullptr, false);
         return NRV_ERR_UNKNOWN_COMMAND;
     }
     name.DbgFormatDump(false, "*** command:%s");
     CNrvOperation* pCreated = nullptr;
     NRVRESULT result = pFactory->CreateOperation(pDataEditing, &pCreated);
     std::unique_ptr<CNrvOperation> operation(pCreated);
-    if (result >= 0)
+    if (result >= 0) {
         result = CheckParametersCount(operation.get(), parameters.get(), cOpen, cClose);
+        if (pObserver != nullptr && result == NRV_ERR_PARAMETER_COUNT)
+            pObserver->OnFailure(result, name, operation.get(), false);
+    }
     if (result < 0)
         return result;
     *ppNewOperation = operation.release();
@@ -233,8 +267,9 @@ NRVRESULT CNrvOperation::SplitInParametersIfNecessary(CNrvParsingString* pString
         if (result >= 0)
             result = AppendOwned(pParsingStringsList, parameter);
         if (result >= 0 && copy.IsEmpty()) {
-            // The text ended with a comma: one more, empty, parameter.
-            std::unique_ptr<CNrvParsingString> empty(new CNrvParsingString());
+            // The text ended with a comma: one more, empty, parameter, the
+            // empty window just after that comma.
+            std::unique_ptr<CNrvParsingString> empty(new CNrvParsingString(copy.ExtractBeforeIndex(0)));
             result = AppendOwned(pParsingStringsList, empty);
         }
     }

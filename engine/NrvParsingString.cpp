@@ -1,6 +1,5 @@
 #include "NrvParsingString.h"
 
-#include <atomic>
 #include <cctype>
 #include <climits>
 #include <cstring>
@@ -10,8 +9,10 @@
 
 namespace {
 
-std::atomic<PFNNRVTRACE> g_pfnTrace{nullptr};
-std::atomic<void*> g_pTraceContext{nullptr};
+// Each thread has its own sink: two threads parsing at once never receive
+// each other's lines.
+thread_local PFNNRVTRACE t_pfnTrace = nullptr;
+thread_local void* t_pTraceContext = nullptr;
 
 bool IsSpace(char c)
 {
@@ -194,7 +195,7 @@ int CNrvParsingString::Find(char c) const
 
 void CNrvParsingString::DbgFormatDump(bool bError, const char* pszFormat)
 {
-    const PFNNRVTRACE pfnTrace = g_pfnTrace.load(std::memory_order_acquire);
+    const PFNNRVTRACE pfnTrace = t_pfnTrace;
     if (pfnTrace == nullptr || pszFormat == nullptr)
         return;
     // The window is inserted as data, so a '%' in an expression is never a format.
@@ -202,11 +203,11 @@ void CNrvParsingString::DbgFormatDump(bool bError, const char* pszFormat)
     const size_t nAt = line.find("%s");
     if (nAt != std::string::npos)
         line.replace(nAt, 2, IsEmpty() ? "" : GetString(), GetLength());
-    pfnTrace(bError, line.c_str(), g_pTraceContext.load(std::memory_order_acquire));
+    pfnTrace(bError, line.c_str(), t_pTraceContext);
 }
 
 void CNrvParsingString::SetTraceCallback(PFNNRVTRACE pfnTrace, void* pContext)
 {
-    g_pTraceContext.store(pContext, std::memory_order_release);
-    g_pfnTrace.store(pfnTrace, std::memory_order_release);
+    t_pTraceContext = pContext;
+    t_pfnTrace = pfnTrace;
 }

@@ -51,7 +51,8 @@ public:
     // the formatting, while no callback is installed.
     void DbgFormatDump(bool bError, const char* pszFormat);
 
-    // Process-wide trace sink; null (the default) switches tracing off.
+    // The calling thread's trace sink: lines of parses on this thread go to
+    // it, and only they. Null (the default) switches tracing off.
     static void SetTraceCallback(PFNNRVTRACE pfnTrace, void* pContext);
 
 protected:

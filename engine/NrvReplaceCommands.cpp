@@ -3,11 +3,6 @@
 #include <cstring>
 #include <memory>
 
-bool CNrvOperationReplace::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("SSS");
-}
-
 NRVRESULT CNrvOperationReplace::Run(CNrvOperationResult& Result) const
 {
     CNrvOperationResult Params[3];
@@ -58,9 +53,10 @@ NRVRESULT CNrvOperationReplace::Run(CNrvOperationResult& Result) const
     return Result.WriteResult(pszResult.get(), newSize);
 }
 
-bool CNrvOperationSubstitute::CheckIfParametersAreCorrect() const
+std::string CNrvOperationReplace::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
 {
-    return CheckParameterKinds("SSS");
+    return "the text (length " + std::to_string(pParameters[0].GetResultStringLength()) +
+           ") is not longer than search (length " + std::to_string(pParameters[1].GetResultStringLength()) + ")";
 }
 
 NRVRESULT CNrvOperationSubstitute::Run(CNrvOperationResult& Result) const
@@ -107,4 +103,9 @@ NRVRESULT CNrvOperationSubstitute::Run(CNrvOperationResult& Result) const
     }
     pszResult[newSize] = '\0';
     return Result.WriteResult(pszResult.get(), newSize);
+}
+
+std::string CNrvOperationSubstitute::DescribeFailure(NRVRESULT, CNrvOperationResult*) const
+{
+    return "set is empty: there is no byte to replace";
 }

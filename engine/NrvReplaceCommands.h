@@ -3,26 +3,23 @@
 
 // Replacing the first occurrence of a text, or every byte of a set.
 
-#include "NrvOperationBase.h"
-#include "NrvOperationDictionary.h"
+#include "NrvCommand.h"
 
-class CNrvOperationReplace : public CNrvOperation {
+class CNrvOperationReplace : public CNrvCommand<CNrvOperationReplace> {
 public:
-    explicit CNrvOperationReplace(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 3; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "Replace";
+    explicit CNrvOperationReplace(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
+    std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 class CNrvOperationFactoryReplace : public CNrvOperationFactoryOf<CNrvOperationReplace> {};
 
-class CNrvOperationSubstitute : public CNrvOperation {
+class CNrvOperationSubstitute : public CNrvCommand<CNrvOperationSubstitute> {
 public:
-    explicit CNrvOperationSubstitute(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 3; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "Substitute";
+    explicit CNrvOperationSubstitute(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
+    std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 class CNrvOperationFactorySubstitute : public CNrvOperationFactoryOf<CNrvOperationSubstitute> {};
 

@@ -19,11 +19,6 @@ NRVRESULT WritePiece(const char* pszText, size_t nStart, size_t nStop, CNrvOpera
 
 }  // namespace
 
-bool CNrvOperationSubstring::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("SII");
-}
-
 NRVRESULT CNrvOperationSubstring::Run(CNrvOperationResult& Result) const
 {
     CNrvOperationResult Params[3];
@@ -51,11 +46,6 @@ NRVRESULT CNrvOperationSubstring::Run(CNrvOperationResult& Result) const
     if (limits < 0)
         return limits;
     return WritePiece(pszText, nStart, nStop, Result);
-}
-
-bool CNrvOperationExtract::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("SSS");
 }
 
 NRVRESULT CNrvOperationExtract::Run(CNrvOperationResult& Result) const
@@ -88,6 +78,14 @@ NRVRESULT CNrvOperationExtract::Run(CNrvOperationResult& Result) const
     if (nStart > nStop)
         nStart = nStop;
     return WritePiece(pszText, nStart, nStop, Result);
+}
+
+std::string CNrvOperationExtract::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
+{
+    // Tested in the order Run tests them.
+    if (pParameters[0].GetResultStringLength() == 0)
+        return "the text is empty";
+    return pParameters[1].GetResultStringLength() == 0 ? "startMarker is empty" : "stopMarker is empty";
 }
 
 int CNrvOperationExtract::GetOccurrenceIndex(const char* pszInput, const char* pszSearch, bool bFirst) const

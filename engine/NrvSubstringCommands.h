@@ -3,26 +3,22 @@
 
 // Taking a piece of a text by positions or between markers.
 
-#include "NrvOperationBase.h"
-#include "NrvOperationDictionary.h"
+#include "NrvCommand.h"
 
-class CNrvOperationSubstring : public CNrvOperation {
+class CNrvOperationSubstring : public CNrvCommand<CNrvOperationSubstring> {
 public:
-    explicit CNrvOperationSubstring(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 3; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "Substring";
+    explicit CNrvOperationSubstring(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
 };
 class CNrvOperationFactorySubstring : public CNrvOperationFactoryOf<CNrvOperationSubstring> {};
 
-class CNrvOperationExtract : public CNrvOperation {
+class CNrvOperationExtract : public CNrvCommand<CNrvOperationExtract> {
 public:
-    explicit CNrvOperationExtract(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 3; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "Extract";
+    explicit CNrvOperationExtract(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
+    std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 
 private:
     // With bFirst, the index just past the first occurrence of pszSearch in

@@ -41,11 +41,6 @@ NRVRESULT WriteCut(CNrvOperationResult* pParameters, bool bKeepFront, CNrvOperat
 
 }  // namespace
 
-bool CNrvOperationTruncateAfterIndex::CheckIfParametersAreCorrect() const
-{
-    return CheckParameterKinds("SII");
-}
-
 NRVRESULT CNrvOperationTruncateAfterIndex::Run(CNrvOperationResult& Result) const
 {
     CNrvOperationResult parameters[3];
@@ -58,9 +53,9 @@ NRVRESULT CNrvOperationTruncateAfterIndex::Run(CNrvOperationResult& Result) cons
     return WriteCut(parameters, true, Result);
 }
 
-bool CNrvOperationTruncateBeforeIndex::CheckIfParametersAreCorrect() const
+std::string CNrvOperationTruncateAfterIndex::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
 {
-    return CheckParameterKinds("SII");
+    return NrvDescribePositionFailure("index", NrvIntegerOf(pParameters[1]), pParameters[0].GetResultStringLength());
 }
 
 NRVRESULT CNrvOperationTruncateBeforeIndex::Run(CNrvOperationResult& Result) const
@@ -73,4 +68,9 @@ NRVRESULT CNrvOperationTruncateBeforeIndex::Run(CNrvOperationResult& Result) con
     if (limits < 0)
         return limits;
     return WriteCut(parameters, false, Result);
+}
+
+std::string CNrvOperationTruncateBeforeIndex::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
+{
+    return NrvDescribePositionFailure("index", NrvIntegerOf(pParameters[1]), pParameters[0].GetResultStringLength());
 }

@@ -3,26 +3,23 @@
 
 // Cutting a text at an index plus an offset.
 
-#include "NrvOperationBase.h"
-#include "NrvOperationDictionary.h"
+#include "NrvCommand.h"
 
-class CNrvOperationTruncateAfterIndex : public CNrvOperation {
+class CNrvOperationTruncateAfterIndex : public CNrvCommand<CNrvOperationTruncateAfterIndex> {
 public:
-    explicit CNrvOperationTruncateAfterIndex(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 3; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "TruncateAfterIndex";
+    explicit CNrvOperationTruncateAfterIndex(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
+    std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 class CNrvOperationFactoryTruncateAfterIndex : public CNrvOperationFactoryOf<CNrvOperationTruncateAfterIndex> {};
 
-class CNrvOperationTruncateBeforeIndex : public CNrvOperation {
+class CNrvOperationTruncateBeforeIndex : public CNrvCommand<CNrvOperationTruncateBeforeIndex> {
 public:
-    explicit CNrvOperationTruncateBeforeIndex(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 3; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "TruncateBeforeIndex";
+    explicit CNrvOperationTruncateBeforeIndex(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
+    std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 class CNrvOperationFactoryTruncateBeforeIndex : public CNrvOperationFactoryOf<CNrvOperationTruncateBeforeIndex> {};
 

@@ -23,12 +23,17 @@ NRVRESULT WriteTruncated(CNrvOperationResult* pParameters, bool bFromBeginning, 
     return Result.WriteResult(bFromBeginning ? pszText + nCount : pszText, nLength - nCount);
 }
 
-}  // namespace
-
-bool CNrvOperationTruncateFromBeginning::CheckIfParametersAreCorrect() const
+// Why WriteTruncated refused, read the same way.
+std::string DescribeTruncateFailure(CNrvOperationResult* pParameters)
 {
-    return CheckParameterKinds("SI");
+    const int nCount = NrvIntegerOf(pParameters[1]);
+    const size_t nLength = pParameters[0].GetResultStringLength();
+    if (nCount == kNrvIndexNotFound)
+        return "count -2 (nothing found) removes nothing, and the text is empty";
+    return NrvDescribePositionFailure("count", nCount, nLength);
 }
+
+}  // namespace
 
 NRVRESULT CNrvOperationTruncateFromBeginning::Run(CNrvOperationResult& Result) const
 {
@@ -42,9 +47,9 @@ NRVRESULT CNrvOperationTruncateFromBeginning::Run(CNrvOperationResult& Result) c
     return WriteTruncated(parameters, true, Result);
 }
 
-bool CNrvOperationTruncateFromEnd::CheckIfParametersAreCorrect() const
+std::string CNrvOperationTruncateFromBeginning::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
 {
-    return CheckParameterKinds("SI");
+    return DescribeTruncateFailure(pParameters);
 }
 
 NRVRESULT CNrvOperationTruncateFromEnd::Run(CNrvOperationResult& Result) const
@@ -57,4 +62,9 @@ NRVRESULT CNrvOperationTruncateFromEnd::Run(CNrvOperationResult& Result) const
     if (limits < 0)
         return limits;
     return WriteTruncated(parameters, false, Result);
+}
+
+std::string CNrvOperationTruncateFromEnd::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
+{
+    return DescribeTruncateFailure(pParameters);
 }

@@ -3,26 +3,23 @@
 
 // Cutting a count of bytes from either end of a text.
 
-#include "NrvOperationBase.h"
-#include "NrvOperationDictionary.h"
+#include "NrvCommand.h"
 
-class CNrvOperationTruncateFromBeginning : public CNrvOperation {
+class CNrvOperationTruncateFromBeginning : public CNrvCommand<CNrvOperationTruncateFromBeginning> {
 public:
-    explicit CNrvOperationTruncateFromBeginning(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 2; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "TruncateFromBeginning";
+    explicit CNrvOperationTruncateFromBeginning(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
+    std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 class CNrvOperationFactoryTruncateFromBeginning : public CNrvOperationFactoryOf<CNrvOperationTruncateFromBeginning> {};
 
-class CNrvOperationTruncateFromEnd : public CNrvOperation {
+class CNrvOperationTruncateFromEnd : public CNrvCommand<CNrvOperationTruncateFromEnd> {
 public:
-    explicit CNrvOperationTruncateFromEnd(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
-    size_t GetParameterCount() const override { return 2; }
-    bool CheckIfParametersAreCorrect() const override;
+    static constexpr const char* kName = "TruncateFromEnd";
+    explicit CNrvOperationTruncateFromEnd(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
     NRVRESULT Run(CNrvOperationResult& Result) const override;
-    int GetResultType() const override { return CNrvOperationResult::typeString; }
+    std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 class CNrvOperationFactoryTruncateFromEnd : public CNrvOperationFactoryOf<CNrvOperationTruncateFromEnd> {};
 

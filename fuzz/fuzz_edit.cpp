@@ -5,7 +5,8 @@
 // record alone on failure, hand back a zero-terminated buffer of the length
 // it reports on success, and do the same again for the same scan. The
 // edited data is then edited once more in place: the record then points at
-// the profile's own buffer.
+// the profile's own buffer. The diagnostics of the same expression and scan
+// must report the very codes and output of Parse and Edit.
 #include <cstdint>
 #include <cstring>
 #include <new>
@@ -14,6 +15,7 @@
 
 #include "FuzzSupport.h"
 #include "NrvDataEditingProfile.h"
+#include "NrvDiagnostics.h"
 
 namespace {
 
@@ -87,6 +89,19 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     const TEdit second = EditOnce(profile, pScan, nScan);
     NRV_FUZZ_CHECK(first.bOutOfMemory == second.bOutOfMemory);
     NRV_FUZZ_CHECK(first.result == second.result && first.text == second.text);
+
+    try {
+        NRV_FUZZ_CHECK(NrvDiagnoseParse(expression.c_str()).nCode == parse);
+        if (!first.bOutOfMemory) {
+            const TNrvExplanation explanation =
+                NrvExplain(expression.c_str(), reinterpret_cast<const char*>(pScan), nScan);
+            NRV_FUZZ_CHECK(explanation.nCode == first.result);
+            NRV_FUZZ_CHECK(explanation.nCode < 0 || explanation.output == first.text);
+            NRV_FUZZ_CHECK(explanation.nCode >= 0 || explanation.failure.nCode == explanation.nCode);
+        }
+    } catch (const std::bad_alloc&) {
+        // Explaining runs each subtree once more per level above it.
+    }
 
     // Still usable after whatever happened.
     NRV_FUZZ_CHECK(profile.Parse("{TruncateFromEnd({DecodedData()},-2)}") == NRV_OK);

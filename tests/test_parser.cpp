@@ -6,34 +6,17 @@
 #include <typeinfo>
 #include <vector>
 
+#include "NrvCommandTable.h"
 #include "NrvDataEditingProfile.h"
 #include "NrvOperation.h"
 
 namespace {
 
-const char* const kCommandNames[] = {
-    "DecodedData",        "TruncateFromBeginning",    "TruncateFromEnd",
-    "Replace",            "Substitute",               "EscapeCharacter",
-    "InsertAfterIndex",   "InsertBeforeIndex",        "FindFirstFromIndex",
-    "FindLastFromIndex",  "MakeUpperCase",            "MakeLowerCase",
-    "ReplaceNonPrintableCharacters", "DecodedDataWithoutTrailer", "TruncateAfterIndex",
-    "TruncateBeforeIndex", "Substring",               "Extract",
-};
-
-// The command whose operations have the same class as pOperation.
+// The command an operation belongs to, by the row it reads.
 std::string CommandName(const CNrvOperation* pOperation)
 {
-    CNrvDataEditingProfile profile;
-    for (const char* pszName : kCommandNames) {
-        CNrvOperation* pMade = nullptr;
-        CNrvOperationDictionary::GetLibraryDictionary()->GetValue(pszName, strlen(pszName))->CreateOperation(&profile,
-                                                                                                          &pMade);
-        const bool bSame = typeid(*pMade) == typeid(*pOperation);
-        delete pMade;
-        if (bSame)
-            return pszName;
-    }
-    return "?";
+    const CNrvCommandOperation* pCommand = dynamic_cast<const CNrvCommandOperation*>(pOperation);
+    return pCommand != nullptr ? pCommand->GetCommandInfo().pszName : "?";
 }
 
 std::string Describe(CNrvList* pList);
@@ -212,14 +195,16 @@ TEST(Parser, TracesEveryStepAndFlagsErrors)
     } rows[] = {
         {"{Nope(1)}", "Error unable to find the command:Nope"},
         {"{DecodedData( )}", "Parameters incorrect for:)"},
-        {"{MakeUpperCase(a{x}",  "Unbalanced command delimiter in:MakeUpperCase(a{x}"},
+        {"{MakeUpperCase(a{x}", nullptr},  // -52 has no error line of its own
         {"{MakeUpperCase(100%s{DecodedData()})}", "Parameters incorrect for:)"},
     };
     for (const Row& row : rows) {
         TraceLog errorLog;
         Tree failed;
         EXPECT_LT(ParseInto(&profile, row.pszExpression, &failed.list, &errorLog), 0);
-        EXPECT_EQ(std::vector<std::string>{row.pszError}, errorLog.errors) << row.pszExpression;
+        const std::vector<std::string> expected =
+            row.pszError != nullptr ? std::vector<std::string>{row.pszError} : std::vector<std::string>{};
+        EXPECT_EQ(expected, errorLog.errors) << row.pszExpression;
     }
 }
 
@@ -320,55 +305,69 @@ TEST(Literals, RunToTheirTextAndValue)
     }
 }
 
-TEST(Dictionary, HoldsTheEighteenCommandsInTableOrder)
+// "{Name(1,1,...)}" with a plain text at nTextAt instead (none when past the end).
+std::string TrialCall(const TNrvCommandInfo& row, size_t nTextAt)
 {
-    struct Row {
-        const char* pszName;
-        size_t nParameters;
-        int nResultType;
-    } rows[] = {
-        {"DecodedData", 0, CNrvOperationResult::typeString},
-        {"TruncateFromBeginning", 2, CNrvOperationResult::typeString},
-        {"TruncateFromEnd", 2, CNrvOperationResult::typeString},
-        {"Replace", 3, CNrvOperationResult::typeString},
-        {"Substitute", 3, CNrvOperationResult::typeString},
-        {"EscapeCharacter", 1, CNrvOperationResult::typeString},
-        {"InsertAfterIndex", 3, CNrvOperationResult::typeString},
-        {"InsertBeforeIndex", 3, CNrvOperationResult::typeString},
-        {"FindFirstFromIndex", 4, CNrvOperationResult::typeInt},
-        {"FindLastFromIndex", 4, CNrvOperationResult::typeInt},
-        {"MakeUpperCase", 1, CNrvOperationResult::typeString},
-        {"MakeLowerCase", 1, CNrvOperationResult::typeString},
-        {"ReplaceNonPrintableCharacters", 2, CNrvOperationResult::typeString},
-        {"DecodedDataWithoutTrailer", 0, CNrvOperationResult::typeString},
-        {"TruncateAfterIndex", 3, CNrvOperationResult::typeString},
-        {"TruncateBeforeIndex", 3, CNrvOperationResult::typeString},
-        {"Substring", 3, CNrvOperationResult::typeString},
-        {"Extract", 3, CNrvOperationResult::typeString},
-    };
+    std::string call = std::string("{") + row.pszName + "(";
+    for (size_t i = 0; i < row.nParameterCount; ++i)
+        call += std::string(i != 0 ? "," : "") + (i == nTextAt ? "a" : "1");
+    return call + ")}";
+}
+
+// The dictionary and the command table agree both ways: every row is
+// registered, in the table's order, and nothing else is; each factory makes
+// an operation of its own class that reads that very row; and each row's
+// parameter kinds are what the parser then enforces.
+TEST(Dictionary, RegistersExactlyTheCommandTable)
+{
+    size_t nCount = 0;
+    const TNrvCommandInfo* pTable = NrvGetCommandTable(&nCount);
+    ASSERT_EQ(18u, nCount);
     CNrvDataEditingProfile profile;
     CNrvOperationDictionary dictionary;
     EXPECT_EQ(nullptr, dictionary.GetValue("DecodedData", 11));  // not initialised yet
+    EXPECT_EQ(0u, dictionary.GetCount());
     ASSERT_EQ(NRV_OK, dictionary.Initialize());
-    std::vector<const CNrvOperation*> made;
-    for (const Row& row : rows) {
+    ASSERT_EQ(nCount, dictionary.GetCount());
+    EXPECT_EQ(nullptr, dictionary.GetKey(nCount));
+    std::vector<std::unique_ptr<CNrvOperation>> made;
+    for (size_t i = 0; i < nCount; ++i) {
+        const TNrvCommandInfo& row = pTable[i];
+        SCOPED_TRACE(row.pszName);
+        EXPECT_STREQ(row.pszName, dictionary.GetKey(i));
+        EXPECT_EQ(&row, NrvFindCommandInfo(row.pszName, strlen(row.pszName)));
+        EXPECT_NE('\0', row.pszSummary[0]);
+        for (size_t j = 0; j < row.nParameterCount; ++j) {
+            EXPECT_NE('\0', row.pParameters[j].pszName[0]);
+            EXPECT_TRUE(row.pParameters[j].nKind == CNrvOperationResult::typeString ||
+                        row.pParameters[j].nKind == CNrvOperationResult::typeInt);
+        }
         CNrvOperationFactory* pFactory = dictionary.GetValue(row.pszName, strlen(row.pszName));
-        ASSERT_NE(nullptr, pFactory) << row.pszName;
+        ASSERT_NE(nullptr, pFactory);
         CNrvOperation* pFirst = nullptr;
         CNrvOperation* pSecond = nullptr;
         ASSERT_EQ(NRV_OK, pFactory->CreateOperation(&profile, &pFirst));
         ASSERT_EQ(NRV_OK, pFactory->CreateOperation(&profile, &pSecond));
         std::unique_ptr<CNrvOperation> first(pFirst), second(pSecond);
         EXPECT_NE(pFirst, pSecond);
-        EXPECT_EQ(row.nParameters, pFirst->GetParameterCount()) << row.pszName;
-        EXPECT_EQ(row.nResultType, pFirst->GetResultType()) << row.pszName;
-        EXPECT_EQ(row.pszName, CommandName(pFirst));
-        for (const CNrvOperation* pOther : made)
-            EXPECT_NE(typeid(*pOther), typeid(*pFirst)) << row.pszName << " shares a class";
-        made.push_back(first.release());
+        const CNrvCommandOperation* pCommand = dynamic_cast<const CNrvCommandOperation*>(pFirst);
+        ASSERT_NE(nullptr, pCommand);
+        EXPECT_EQ(&row, &pCommand->GetCommandInfo());
+        EXPECT_EQ(row.nParameterCount, pFirst->GetParameterCount());
+        EXPECT_EQ(row.nResultType, pFirst->GetResultType());
+        for (const auto& pOther : made) {
+            const CNrvOperation& other = *pOther;
+            EXPECT_NE(typeid(other), typeid(*pFirst)) << "shares a class with " << CommandName(&other);
+        }
+        made.push_back(std::move(first));
+
+        EXPECT_EQ(NRV_OK, profile.Parse(TrialCall(row, row.nParameterCount).c_str()));
+        for (size_t j = 0; j < row.nParameterCount; ++j) {
+            const bool bNumber = row.pParameters[j].nKind == CNrvOperationResult::typeInt;
+            EXPECT_EQ(bNumber ? NRV_ERR_INVALID_PARAMETER : NRV_OK, profile.Parse(TrialCall(row, j).c_str()))
+                << "parameter " << j;
+        }
     }
-    for (const CNrvOperation* pOperation : made)
-        delete pOperation;
 
     CNrvOperation* pUntouched = reinterpret_cast<CNrvOperation*>(&profile);
     CNrvOperationFactory* pFactory = dictionary.GetValue("Extract", 7);

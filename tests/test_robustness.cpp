@@ -18,6 +18,7 @@
 
 #include "NrvDataEditingProfile.h"
 #include "NrvParsingString.h"
+#include "NrvRuleSet.h"
 #include "NrvScanTypes.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -382,6 +383,62 @@ TEST(RobustnessAllocation, FailuresWhileTracingAreHandledToo)
     CheckEveryAllocationFailure(kAllocationCases[5]);
     CNrvParsingString::SetTraceCallback(nullptr, nullptr);
     EXPECT_GT(nTraced, 0u);
+}
+
+// A rule set adds rules and edits through its profiles: every allocation of
+// that may fail too. The exception reaches the caller, the set keeps the
+// rules it had, the record is untouched and nothing leaks.
+TEST(RobustnessAllocation, ARuleSetPassesEveryAllocationFailureThrough)
+{
+    const char* const kExpressions[] = {"gs1:{TruncateFromBeginning({DecodedData()},3)}", "{MakeUpperCase({DecodedData()})}"};
+    {
+        CNrvDataEditingProfile warmUp;  // the command dictionary is made once, at the first parse
+        ASSERT_EQ(warmUp.Parse(kExpressions[0]), NRV_OK);
+    }
+    bool bDone = false;
+    long long n = 1;
+    for (; !bDone && n < 100000; ++n) {
+        const long long nLiveBefore = g_nLiveAllocations;
+        {
+            CNrvRuleSet set;
+            CNrvDataEditingProfile* pProfile = nullptr;
+            ASSERT_EQ(set.AddRule(kExpressions[0], "GS1", &pProfile), NRV_OK);
+            pProfile->WriteTriggerStartsBy("]C1");
+            char data[] = "part-42";
+            TNrvScanDecodedData record = {kNrvScanSymbologyCode128, {0, nullptr}, {7, data}};
+            bool bCaught = false;
+            NRVRESULT result = NRV_OK;
+            size_t nRule = 0;
+            FailAllocation(n);
+            try {
+                result = set.AddRule(kExpressions[1], "a name long enough to be allocated on its own", nullptr);
+                result = set.Edit(&record, &nRule);
+            } catch (const std::bad_alloc&) {
+                bCaught = true;
+            }
+            const bool bThrown = DisarmAllocationFailure();
+            ASSERT_EQ(bCaught, bThrown) << "allocation " << n;
+            if (bThrown) {
+                EXPECT_EQ(record.String.pValue, data) << "allocation " << n;
+                EXPECT_EQ(record.String.nLength, 7u) << "allocation " << n;
+                EXPECT_GE(set.GetRuleCount(), 1u);
+                EXPECT_STREQ(set.GetRuleName(0), "GS1");
+            } else {
+                bDone = true;
+                EXPECT_EQ(result, NRV_OK);
+                EXPECT_EQ(nRule, 1u);
+                EXPECT_EQ(std::string(record.String.pValue, record.String.nLength), "PART-42");
+            }
+            // Still usable.
+            char again[] = "]C1x";
+            TNrvScanDecodedData other = {kNrvScanSymbologyCode128, {0, nullptr}, {4, again}};
+            EXPECT_EQ(set.Edit(&other, &nRule), NRV_OK) << "allocation " << n;
+            EXPECT_EQ(std::string(other.String.pValue, other.String.nLength), "gs1:x");
+        }
+        EXPECT_EQ(g_nLiveAllocations, nLiveBefore) << "allocation " << n << ": blocks leaked";
+    }
+    EXPECT_TRUE(bDone);
+    EXPECT_GT(n, 5);
 }
 
 // ---------------------------------------------------------------------------

@@ -241,15 +241,15 @@ private:
 // and deleting the command deletes its parameters (the sanitizer checks).
 TEST(Commands, FailingFirstParameterStopsTheRun)
 {
-    const char* const apszCommands[] = {
-        "TruncateFromBeginning", "TruncateFromEnd",   "Replace",           "Substitute",
-        "EscapeCharacter",       "InsertAfterIndex",  "InsertBeforeIndex", "FindFirstFromIndex",
-        "FindLastFromIndex",     "MakeUpperCase",     "MakeLowerCase",     "ReplaceNonPrintableCharacters",
-        "TruncateAfterIndex",    "TruncateBeforeIndex", "Substring",       "Extract"};
     CNrvDataEditingProfile profile;
     CNrvOperationDictionary* pDictionary = CNrvOperationDictionary::GetLibraryDictionary();
     ASSERT_NE(nullptr, pDictionary);
-    for (const char* pszCommand : apszCommands) {
+    size_t nCommands = 0;
+    const TNrvCommandInfo* pCommands = NrvGetCommandTable(&nCommands);
+    for (size_t nCommand = 0; nCommand < nCommands; ++nCommand) {
+        const char* const pszCommand = pCommands[nCommand].pszName;
+        if (pCommands[nCommand].nParameterCount == 0)
+            continue;
         SCOPED_TRACE(pszCommand);
         CNrvOperationFactory* pFactory = pDictionary->GetValue(pszCommand, strlen(pszCommand));
         ASSERT_NE(nullptr, pFactory);

@@ -1,9 +1,9 @@
-// --list-commands: the commands of the library's dictionary.
+// --list-commands: the commands of the library's command table.
 #ifndef NRV_EDIT_COMMAND_LIST_H
 #define NRV_EDIT_COMMAND_LIST_H
 
-// Prints one line per command: its name, the kind of each parameter and the
-// kind of its result. Returns false when a command could not be described.
+// Prints each command with its parameters' names and kinds, the kind of its
+// result, and its summary on the line below.
 bool PrintCommandList();
 
 #endif  // NRV_EDIT_COMMAND_LIST_H

@@ -7,19 +7,23 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <string>
 #include <vector>
 
 #include "NrvDataEditingProfile.h"
+#include "NrvDiagnostics.h"
 #include "NrvEscapes.h"
 #include "NrvParsingString.h"
 #include "NrvScanTypes.h"
 #include "NrvSymbologies.h"
 #include "command_list.h"
+#include "explain_print.h"
+#include "json.h"
 #include "line_io.h"
 #include "options.h"
-#include "result_codes.h"
+#include "rules_mode.h"
 #include "stderr_sink.h"
 
 #ifndef NRV_EDIT_VERSION
@@ -36,18 +40,9 @@ int UsageError(const std::string& message)
     return kExitUsage;
 }
 
-struct STrace {
-    bool bEcho;
-    std::string firstError;  // where the parse went wrong, for the message
-};
-
-void OnTraceLine(bool bError, const char* pszLine, void* pContext)
+void OnTraceLine(bool bError, const char* pszLine, void*)
 {
-    STrace* pTrace = static_cast<STrace*>(pContext);
-    if (bError && pTrace->firstError.empty())
-        pTrace->firstError = pszLine;
-    if (pTrace->bEcho)
-        fprintf(stderr, "trace: %s%s\n", bError ? "ERROR: " : "", pszLine);
+    fprintf(stderr, "trace: %s%s\n", bError ? "ERROR: " : "", pszLine);
 }
 
 // Unescapes a trigger text given with -e. Triggers are zero-terminated
@@ -74,21 +69,36 @@ struct STriggerTexts {
     std::string contains, startsWith, endsWith;
 };
 
+// A code that says the edit passed one of the profile's limits: explaining
+// it would run the expression again without them.
+bool IsLimit(NRVRESULT result)
+{
+    return result == NRV_ERR_TEXT_LIMIT || result == NRV_ERR_WORK_LIMIT || result == NRV_ERR_TEXT_TOO_LONG;
+}
+
 // Edits scans one at a time and prints one line for each. A scan whose edit
 // fails, passes a limit or runs out of memory is reported and printed as
 // it came; the batch goes on. Printing stops at the first write error.
 class CScanPrinter {
 public:
-    CScanPrinter(CNrvDataEditingProfile* pProfile, ENrvScanSymbologyID symbology, bool bEscapes, COutput* pOutput,
+    // pRules, when given, edits in the profile's place (--rules).
+    CScanPrinter(CNrvDataEditingProfile* pProfile, CRulesMode* pRules, const SOptions& options, COutput* pOutput,
                  CScanMessages* pMessages)
         : m_pProfile(pProfile),
-          m_Symbology(symbology),
+          m_pRules(pRules),
+          m_pszExpression(options.pszExpression),
+          m_bExplain(options.bExplain),
+          m_bJson(options.bJson),
+          m_bColor(UseColor(options.color, STDOUT_FILENO)),
+          m_Symbology(options.symbology),
           // The engine never writes through the name; the record type is not const.
-          m_SymbologyName{strlen(NrvSymbologyName(symbology)), const_cast<char*>(NrvSymbologyName(symbology))},
-          m_bEscapes(bEscapes),
+          m_SymbologyName{strlen(NrvSymbologyName(options.symbology)),
+                          const_cast<char*>(NrvSymbologyName(options.symbology))},
+          m_bEscapes(options.bEscapes),
           m_pOutput(pOutput),
           m_pMessages(pMessages),
-          m_nScan(0)
+          m_nScan(0),
+          m_bAnyFailed(false)
     {
     }
 
@@ -98,15 +108,21 @@ public:
         TNrvScanDecodedData record = {m_Symbology, m_SymbologyName, {nLength, pData}};
         NRVRESULT result;
         try {
-            result = m_pProfile->Edit(&record);
+            result = m_pRules != nullptr ? m_pRules->Edit(&record) : m_pProfile->Edit(&record);
         } catch (const std::bad_alloc&) {
             // The profile leaves the record untouched and stays usable.
             m_pMessages->Report(m_nScan, "out of memory; the scan is printed unchanged");
+            m_bAnyFailed = true;
             result = NRV_OK;
+        }
+        if (m_bExplain) {
+            Explain(result, pData, nLength, record.String);
+            return;
         }
         if (result < 0) {
             // The record is untouched: the scan goes out as it came in.
-            m_pMessages->Report(m_nScan, DescribeResult(result));
+            ReportFailure(result, pData, nLength);
+            m_bAnyFailed = true;
         }
         if (m_bEscapes) {
             m_Escaped.clear();
@@ -124,6 +140,7 @@ public:
     {
         if (bFirst) {
             ++m_nScan;
+            m_bAnyFailed = true;
             m_pMessages->Report(m_nScan, "longer than --max-line " + std::to_string(nMaximum) +
                                              " bytes; passed through unedited");
         }
@@ -132,24 +149,84 @@ public:
             m_pOutput->Write('\n');
     }
 
-    bool AnyFailed() const { return m_pMessages->Count() != 0; }
+    bool AnyFailed() const { return m_bAnyFailed; }
+
+private:
+    // --explain: the scan's tree (or JSON object) instead of its edited line.
+    // The expression the last scan went through: the profile's, or the one
+    // of the rule that took it.
+    const char* LastExpression() const
+    {
+        return m_pRules != nullptr ? m_pRules->LastExpression() : m_pszExpression;
+    }
+
+    // Only a failing scan is explained, to say which command failed, so
+    // the edits that succeed cost nothing more.
+    void ReportFailure(NRVRESULT result, const char* pData, size_t nLength) const
+    {
+        if (!m_pMessages->Admit())
+            return;  // past --max-errors: only counted, not explained
+        if (m_pRules != nullptr && result == CRulesMode::kNoRuleMatched) {
+            fprintf(stderr, "nrv-edit: scan %llu: no rule matched\n", m_nScan);
+            return;
+        }
+        if (IsLimit(result)) {
+            const char* pszName = NrvResultCodeName(result);
+            fprintf(stderr, "nrv-edit: scan %llu: %s (%s, %lld)\n", m_nScan, NrvResultCodeMeaning(result), pszName,
+                    static_cast<long long>(result));
+            return;
+        }
+        const TNrvExplanation explanation = NrvExplain(LastExpression(), pData, nLength);
+        const std::string context = m_pRules != nullptr ? m_pRules->LastRuleLabel() : std::string();
+        fputs(FormatScanFailure(m_nScan, explanation.failure, context).c_str(), stderr);
+    }
+
+    void Explain(NRVRESULT result, const char* pData, size_t nLength, const TNrvScanString& edited)
+    {
+        m_bAnyFailed = m_bAnyFailed || result < 0;
+        const bool bRan = result != NRV_OK_NOT_TRIGGERED && LastExpression() != nullptr;
+        const TNrvExplanation explanation = bRan ? NrvExplain(LastExpression(), pData, nLength) : TNrvExplanation();
+        std::string text;
+        if (m_bJson) {
+            const std::string rule = m_pRules != nullptr ? m_pRules->LastRuleJson() : std::string();
+            text = JsonExplanation(m_nScan, result, std::string(edited.pValue, edited.nLength), explanation, rule) +
+                   "\n";
+        } else {
+            if (m_pRules != nullptr)
+                text = m_pRules->DescribeAppliedRule() + "\n";
+            text += bRan ? FormatExplanation(m_nScan, pData, nLength, explanation, m_bColor)
+                         : FormatNotTriggered(m_nScan, pData, nLength);
+        }
+        m_pOutput->Write(text.data(), text.size());
+    }
+
+public:
     unsigned long long Count() const { return m_nScan; }
 
 private:
     CNrvDataEditingProfile* m_pProfile;
+    CRulesMode* m_pRules;
+    const char* m_pszExpression;
+    bool m_bExplain;
+    bool m_bJson;
+    bool m_bColor;
     ENrvScanSymbologyID m_Symbology;
     TNrvScanString m_SymbologyName;
     bool m_bEscapes;
     COutput* m_pOutput;
     CScanMessages* m_pMessages;
     unsigned long long m_nScan;
+    bool m_bAnyFailed;
     std::string m_Escaped;
 };
 
-int Finish(COutput* pOutput, const CScanPrinter& printer, const CScanMessages& messages)
+int Finish(COutput* pOutput, const CScanPrinter& printer, const CRulesMode* pRules, const CScanMessages& messages)
 {
     messages.Summarise();
-    if (!pOutput->Flush()) {
+    const bool bFlushed = pOutput->Flush();
+    if (pRules != nullptr && pRules->WantsStats())
+        pRules->PrintStats(stderr);  // after the output, the last thing said
+    if (!bFlushed) {
         fprintf(stderr, "nrv-edit: cannot write the output: %s\n", strerror(pOutput->Errno()));
         return kExitUsage;
     }
@@ -202,8 +279,10 @@ int Run(int argc, char** argv)
     }
     if (options.bListCommands)
         return PrintCommandList() ? kExitOk : kExitScanFailed;
-    if (options.pszExpression == nullptr)
+    if (options.pszExpression == nullptr && options.pszRules == nullptr)
         return UsageError("missing EXPRESSION");
+    if (options.bJson && !options.bCheck && !options.bExplain)
+        return UsageError("--json goes with --check or --explain");
 
     // Every usage mistake is reported before anything is parsed or read.
     const bool bFromArguments = !options.data.empty();
@@ -234,20 +313,31 @@ int Run(int argc, char** argv)
         }
     }
 
+    // --rules: the file's rules take the place of the expression.
+    std::unique_ptr<CRulesMode> pRules;
+    if (options.pszRules != nullptr) {
+        int nStatus = kExitOk;
+        pRules = CRulesMode::Load(options, &nStatus);
+        if (pRules == nullptr)
+            return nStatus;
+    }
+
     CNrvDataEditingProfile profile;
-    STrace trace = {options.bTrace, std::string()};
-    CNrvParsingString::SetTraceCallback(OnTraceLine, &trace);
-    const NRVRESULT parsed = profile.Parse(options.pszExpression);
+    CNrvParsingString::SetTraceCallback(options.bTrace ? OnTraceLine : nullptr, nullptr);
+    const NRVRESULT parsed = pRules != nullptr ? NRV_OK : profile.Parse(options.pszExpression);
     CNrvParsingString::SetTraceCallback(nullptr, nullptr);
     if (parsed < 0) {
-        std::string message = "nrv-edit: cannot parse the expression: " + DescribeResult(parsed);
-        if (!trace.firstError.empty())
-            message += "; parser: " + trace.firstError;
-        fprintf(stderr, "%s\n", message.c_str());
+        // Asked only now: the diagnostic parses the expression once more.
+        const TNrvDiagnostic diagnostic = NrvDiagnoseParse(options.pszExpression);
+        if (options.bJson)
+            puts(JsonParseOutcome(diagnostic).c_str());
+        else
+            fputs(FormatParseError(options.pszExpression, diagnostic, UseColor(options.color, STDERR_FILENO)).c_str(),
+                  stderr);
         return kExitUsage;
     }
     if (options.bCheck) {
-        puts("ok");
+        puts(options.bJson ? JsonParseOutcome(TNrvDiagnostic()).c_str() : "ok");
         return kExitOk;
     }
 
@@ -264,7 +354,7 @@ int Run(int argc, char** argv)
 
     COutput output(STDOUT_FILENO);
     CScanMessages messages(options.nMaxErrors);
-    CScanPrinter printer(&profile, options.symbology, options.bEscapes, &output, &messages);
+    CScanPrinter printer(&profile, pRules.get(), options, &output, &messages);
 
     if (bFromArguments) {
         for (size_t i = 0; i < options.data.size() && !output.Failed(); ++i) {
@@ -273,7 +363,7 @@ int Run(int argc, char** argv)
             else
                 printer.EditAndPrint(options.data[i], strlen(options.data[i]));
         }
-        return Finish(&output, printer, messages);
+        return Finish(&output, printer, pRules.get(), messages);
     }
 
     const bool bStandardInput = options.pszInput == nullptr || strcmp(options.pszInput, "-") == 0;
@@ -326,7 +416,7 @@ int Run(int argc, char** argv)
     }
     if (!bStandardInput)
         close(fd);
-    return status != kExitOk ? status : Finish(&output, printer, messages);
+    return status != kExitOk ? status : Finish(&output, printer, pRules.get(), messages);
 }
 
 }  // namespace

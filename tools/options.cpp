@@ -3,8 +3,10 @@
 #include <getopt.h>
 
 #include <cstdio>
+#include <cstring>
 #include <set>
 
+#include "NrvCommandTable.h"
 #include "NrvSymbologies.h"
 #include "stderr_sink.h"
 
@@ -21,6 +23,12 @@ enum {
     kOptTrace,
     kOptListCommands,
     kOptVersion,
+    kOptExplain,
+    kOptJson,
+    kOptColor,
+    kOptRules,
+    kOptStats,
+    kOptRequireMatch,
     kOptMaxText,
     kOptMaxWork,
     kOptMaxLine,
@@ -42,6 +50,12 @@ const option kLongOptions[] = {
     {"list-commands", no_argument, nullptr, kOptListCommands},
     {"help", no_argument, nullptr, 'h'},
     {"version", no_argument, nullptr, kOptVersion},
+    {"explain", no_argument, nullptr, kOptExplain},
+    {"json", no_argument, nullptr, kOptJson},
+    {"color", optional_argument, nullptr, kOptColor},
+    {"rules", required_argument, nullptr, kOptRules},
+    {"stats", no_argument, nullptr, kOptStats},
+    {"require-match", no_argument, nullptr, kOptRequireMatch},
     {"max-text", required_argument, nullptr, kOptMaxText},
     {"max-work", required_argument, nullptr, kOptMaxWork},
     {"max-line", required_argument, nullptr, kOptMaxLine},
@@ -76,6 +90,21 @@ bool ParseSize(const char* pszText, size_t* pnSize)
     return true;
 }
 
+// --color alone means always, as with other tools.
+bool ParseColor(const char* pszWhen, EColor* pColor)
+{
+    const std::string when = pszWhen != nullptr ? pszWhen : "always";
+    if (when == "auto")
+        *pColor = kColorAuto;
+    else if (when == "always")
+        *pColor = kColorAlways;
+    else if (when == "never")
+        *pColor = kColorNever;
+    else
+        return false;
+    return true;
+}
+
 }  // namespace
 
 bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError)
@@ -99,9 +128,20 @@ bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError
         case kOptTrace: pOptions->bTrace = true; break;
         case kOptListCommands: pOptions->bListCommands = true; break;
         case kOptVersion: pOptions->bVersion = true; break;
+        case kOptExplain: pOptions->bExplain = true; break;
+        case kOptJson: pOptions->bJson = true; break;
+        case kOptColor:
+            if (!ParseColor(optarg, &pOptions->color)) {
+                *pError = "invalid value '" + ForMessage(optarg) + "' for --color (auto, always or never)";
+                return false;
+            }
+            break;
         case kOptContains: pOptions->pszContains = optarg; break;
         case kOptStartsWith: pOptions->pszStartsWith = optarg; break;
         case kOptEndsWith: pOptions->pszEndsWith = optarg; break;
+        case kOptRules: pOptions->pszRules = optarg; break;
+        case kOptStats: pOptions->bStats = true; break;
+        case kOptRequireMatch: pOptions->bRequireMatch = true; break;
         case 's':
         case kOptOnlySymbology: {
             ENrvScanSymbologyID id;
@@ -153,7 +193,12 @@ bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError
                   std::to_string(pOptions->nMaxSize) + ": no scan could be edited";
         return false;
     }
-    if (optind < argc)
+    if ((pOptions->bStats || pOptions->bRequireMatch) && pOptions->pszRules == nullptr) {
+        *pError = std::string(pOptions->bStats ? "--stats" : "--require-match") + " goes with --rules only";
+        return false;
+    }
+    // With --rules every operand is a scan.
+    if (optind < argc && pOptions->pszRules == nullptr)
         pOptions->pszExpression = argv[optind++];
     for (; optind < argc; ++optind)
         pOptions->data.push_back(argv[optind]);
@@ -163,6 +208,7 @@ bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError
 void PrintHelp()
 {
     fputs("Usage: nrv-edit [OPTIONS] EXPRESSION [DATA...]\n"
+          "       nrv-edit [OPTIONS] --rules FILE [DATA...]\n"
           "Applies a data-editing expression to scans and prints one edited line per scan.\n"
           "Each DATA argument is one scan; without DATA, each line of standard input\n"
           "(or of -i FILE) is one scan, its newline not included.\n"
@@ -175,6 +221,11 @@ void PrintHelp()
           "  -i, --input FILE         read the scans from FILE ('-' is standard input)\n"
           "  -s, --symbology NAME|N   the scans' symbology (default NotSpecified)\n"
           "      --check              only parse the expression: print 'ok' or the error\n"
+          "      --explain            for each scan, print what every command and literal\n"
+          "                           of the expression gave, as a tree\n"
+          "      --json               with --check or --explain: answer in JSON\n"
+          "      --color[=WHEN]       colour the messages: auto (on a terminal, unless\n"
+          "                           NO_COLOR is set), always or never\n"
           "      --trace              write the parser's trace on standard error\n"
           "      --list-commands      list the commands, their parameters and result\n"
           "  -h, --help               show this help\n"
@@ -196,12 +247,34 @@ void PrintHelp()
           "      --starts-with TEXT   edit only scans starting with TEXT\n"
           "      --ends-with TEXT     edit only scans ending with TEXT\n"
           "\n"
+          "Several rules (a TOML file of [[rule]] tables, tried in order; the first whose\n"
+          "triggers hold edits the scan; a failing edit does not fall through):\n"
+          "      --rules FILE         the rules in FILE take the place of EXPRESSION;\n"
+          "                           with --check, print 'ok' or every error in FILE\n"
+          "      --stats              at the end, on standard error: scans each rule edited,\n"
+          "                           how many failed, how many no rule matched\n"
+          "      --require-match      a scan no rule matched is a failure (printed unchanged)\n"
+          "\n"
           "Exit status: 0 every scan edited or passed through; 1 some scan's edit failed or\n"
           "passed a limit (that scan is printed unchanged); 2 usage error, an expression\n"
-          "that does not parse, or a read or write error (the tool stops at the first).\n"
+          "that does not parse, a rules file with errors, or a read or write error (the\n"
+          "tool stops at the first).\n"
           "\n"
-          "Symbologies (names in any case, or their numbers):\n",
+          "Commands (--list-commands shows their parameters):\n",
           stdout);
+    // Straight from the library's command table, so that the list is whole.
+    size_t nCommands = 0;
+    const TNrvCommandInfo* pCommands = NrvGetCommandTable(&nCommands);
+    size_t nColumn = 0;
+    for (size_t i = 0; i < nCommands; ++i) {
+        const size_t nName = strlen(pCommands[i].pszName);
+        if (nColumn != 0 && nColumn + 1 + nName > 78) {
+            putchar('\n');
+            nColumn = 0;
+        }
+        nColumn += static_cast<size_t>(printf("%s%s", nColumn == 0 ? "  " : " ", pCommands[i].pszName));
+    }
+    fputs("\n\nSymbologies (names in any case, or their numbers):\n", stdout);
     const int nColumns = 3;
     int nId = 0;
     for (; NrvSymbologyName(nId) != nullptr; ++nId) {

@@ -8,11 +8,16 @@
 
 #include "NrvScanTypes.h"
 
+enum EColor { kColorAuto, kColorAlways, kColorNever };
+
 struct SOptions {
     bool bEscapes = false;
     bool bCheck = false;
     bool bTrace = false;
     bool bListCommands = false;
+    bool bExplain = false;  // print each scan's explain tree instead of the edited line
+    bool bJson = false;     // --check and --explain answer in JSON
+    EColor color = kColorAuto;
     bool bHelp = false;
     bool bVersion = false;
     const char* pszInput = nullptr;  // -i FILE; null or "-" is standard input
@@ -25,6 +30,11 @@ struct SOptions {
     const char* pszContains = nullptr;
     const char* pszStartsWith = nullptr;
     const char* pszEndsWith = nullptr;
+
+    // --rules FILE takes the place of the expression (rules_mode.h).
+    const char* pszRules = nullptr;
+    bool bStats = false;
+    bool bRequireMatch = false;
 
     // What one scan may cost (0: no limit): the largest text an edit may
     // build, the work budget per scan byte (on top of kWorkBase), the

@@ -45,8 +45,7 @@ std::string ForMessage(const char* pszText)
 
 void CScanMessages::Report(unsigned long long nScan, const std::string& what)
 {
-    ++m_nCount;
-    if (m_nMaximum == 0 || m_nCount <= m_nMaximum)
+    if (Admit())
         fprintf(stderr, "nrv-edit: scan %llu: %s\n", nScan, what.c_str());
 }
 

@@ -23,7 +23,9 @@ class CScanMessages {
 public:
     explicit CScanMessages(size_t nMaximum) : m_nMaximum(nMaximum), m_nCount(0) {}
 
-    // Writes "nrv-edit: scan N: <what>".
+    // Counts one message; true when it is to be written.
+    bool Admit() { return ++m_nCount <= m_nMaximum || m_nMaximum == 0; }
+    // Writes "nrv-edit: scan N: <what>" if admitted.
     void Report(unsigned long long nScan, const std::string& what);
     unsigned long long Count() const { return m_nCount; }
     // Writes how many messages were left out, if any.

@@ -57,6 +57,49 @@ printf '%s\n' "$out"
 expected=$(printf '[AB1234]\t0\n[]\t0\n[XY]\t0')
 [ "$out" = "$expected" ] || { echo "consumer-pkgconfig printed something else" >&2; exit 1; }
 
+if [ -f build-pkg/rules/libnrvrules.a ]; then
+  echo "-- rules library (find_package Nrv::Rules, pkg-config nrvrules)"
+  for f in lib/libnrvrules.a include/nrv/NrvRulesFile.h include/nrv/NrvRuleSet.h lib/pkgconfig/nrvrules.pc; do
+    [ -f "$prefix/$f" ] || { echo "missing from the install: $f" >&2; exit 1; }
+  done
+  mkdir "$work/consumer-rules"
+  cat >"$work/consumer-rules/main.cpp" <<'EOF_CPP'
+#include <cstdio>
+#include <cstring>
+#include <vector>
+#include "NrvRulesFile.h"
+int main(int argc, char** argv)
+{
+    CNrvRuleSet rules;
+    std::vector<TNrvRulesError> errors;
+    if (argc != 3 || !NrvReadRulesFile(argv[1], &rules, &errors))
+        return 1;
+    TNrvScanDecodedData scan = {kNrvScanSymbologyUpcA, {0, nullptr}, {strlen(argv[2]), argv[2]}};
+    size_t nRule = CNrvRuleSet::kNoRule;
+    if (rules.Edit(&scan, &nRule) != NRV_OK)
+        return 1;
+    printf("%zu %.*s\n", nRule + 1, static_cast<int>(scan.String.nLength), scan.String.pValue);
+    return 0;
+}
+EOF_CPP
+  cat >"$work/consumer-rules/CMakeLists.txt" <<'EOF_CMAKE'
+cmake_minimum_required(VERSION 3.16)
+project(NrvConsumerRules LANGUAGES CXX)
+find_package(NrvDataEditing 1.0 CONFIG REQUIRED)
+add_executable(nrv_consumer_rules main.cpp)
+target_link_libraries(nrv_consumer_rules PRIVATE Nrv::Rules)
+EOF_CMAKE
+  cmake -S "$work/consumer-rules" -B "$work/consumer-rules/build" ${generator[@]+"${generator[@]}"} \
+    -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_FLAGS="-Wall -Wextra -Werror" >/dev/null
+  cmake --build "$work/consumer-rules/build"
+  out=$("$work/consumer-rules/build/nrv_consumer_rules" examples/rules.toml 0036602301467)
+  [ "$out" = "1 036602301467" ] || { echo "the Nrv::Rules consumer printed '$out'" >&2; exit 1; }
+  PKG_CONFIG_PATH="$prefix/lib/pkgconfig" ${CXX:-c++} -std=c++17 "$work/consumer-rules/main.cpp" \
+    $(PKG_CONFIG_PATH="$prefix/lib/pkgconfig" pkg-config --cflags --libs --static nrvrules) -o "$work/consumer-rules/pc"
+  out=$("$work/consumer-rules/pc" examples/rules.toml 0036602301467)
+  [ "$out" = "1 036602301467" ] || { echo "the nrvrules pkg-config consumer printed '$out'" >&2; exit 1; }
+fi
+
 echo "-- consumer-cmake (add_subdirectory)"
 cmake -S examples/consumer-cmake -B "$work/consumer-subdir" ${generator[@]+"${generator[@]}"} \
   -DNRV_SOURCE_DIR="$src" >/dev/null

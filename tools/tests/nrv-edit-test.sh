@@ -5,6 +5,8 @@
 #
 # Usage: nrv-edit-test.sh PATH-TO-nrv-edit GROUP
 # Groups: parse-error failing-scan triggers escapes batch usage list-commands
+#         explain json color
+#         rules rules-check rules-stats rules-require-match
 #         limits streams options
 set -u
 
@@ -88,24 +90,68 @@ stderr_lines() {
 }
 
 CUT2='{TruncateFromBeginning({DecodedData()},2)}'
+EXAMPLE_RULES=$(dirname "$0")/../../examples/rules.toml
+
+# A rules file for the --rules groups: order, a failing rule, escapes.
+write_rules() {
+    cat >"$WORK/rules.toml" <<'RULES'
+[[rule]]
+name = "Part numbers"
+starts-with = "PN"
+expression = 'Part: {TruncateFromBeginning({DecodedData()},2)}'
+
+[[rule]]
+symbologies = ["qrcode", 15]
+ends-with = '\x1D'
+expression = '{DecodedDataWithoutTrailer()}'
+
+[[rule]]
+name = "Short"
+max-size = 3
+expression = '[{DecodedData()}]'
+RULES
+}
 SHOW='[{DecodedData()}]'
 
 case $GROUP in
 parse-error)
     input 'AB1234\n'
-    expect "unknown command names the code and the name" 2 NONE \
-        "nrv-edit: cannot parse the expression: NRV_ERR_UNKNOWN_COMMAND (-83): a name that is not a command; parser: Error unable to find the command:Frobnicate" \
+    expect "unknown command: the sentence, the expression, carets under the name" 2 NONE \
+        'nrv-edit: error: unknown command "Frobnicate" (NRV_ERR_UNKNOWN_COMMAND, -83)' \
         'x{Frobnicate({DecodedData()})}'
-    stderr_lines "one message for a parse error" 1
-    expect "parameter count" 2 NONE "NRV_ERR_PARAMETER_COUNT (-84)" '{TruncateFromBeginning({DecodedData()})}' AB1234
-    expect "text where a number is needed" 2 NONE "NRV_ERR_INVALID_PARAMETER (-18)" \
+    cases=$((cases + 1))
+    printf '%s\n' 'nrv-edit: error: unknown command "Frobnicate" (NRV_ERR_UNKNOWN_COMMAND, -83)' \
+        '  x{Frobnicate({DecodedData()})}' '    ^~~~~~~~~~' >"$WORK/expected"
+    if ! cmp -s "$WORK/err" "$WORK/expected"; then
+        failures=$((failures + 1))
+        echo "FAIL the whole caret message"; sed 's/^/  | /' "$WORK/err"
+    fi
+    expect "parameter count: the command, what it takes, what is written" 2 NONE \
+        "error: TruncateFromBeginning takes 2 parameters (text, count), but 1 is written (NRV_ERR_PARAMETER_COUNT, -84)" \
+        '{TruncateFromBeginning({DecodedData()})}' AB1234
+    expect "text where a number is needed: which parameter" 2 NONE \
+        "parameter 2 (count) of TruncateFromBeginning must be a number, but DecodedData gives a text" \
         '{TruncateFromBeginning({DecodedData()},{DecodedData()})}' AB1234
-    expect "unbalanced delimiter" 2 NONE "NRV_ERR_SYNTAX (-52)" '{{DecodedData()}' AB1234
-    expect "names are case-sensitive" 2 NONE "find the command:decodedData" '{decodedData()}' AB
+    expect "carets under the wrong parameter" 2 NONE \
+        "                                       ^~~~~~~~~~~~~~" '{TruncateFromBeginning({DecodedData()},{DecodedData()})}' AB1234
+    expect "unbalanced delimiter: the brace without a partner" 2 NONE "error: this { has no matching } (NRV_ERR_SYNTAX, -52)" \
+        '{{DecodedData()}' AB1234
+    stderr_lines "message, expression, carets" 3
+    expect "a suggestion for the case" 2 NONE 'unknown command "decodedData"; did you mean DecodedData?' '{decodedData()}' AB
+    # A tab is shown as \t and the carets still fall under the name.
+    expect "control bytes escaped, carets aligned" 2 NONE '  a\tb{Nope()}
+       ^~~~' "$(printf 'a\tb{Nope()}')" x
+    long=$(awk 'BEGIN { for (i = 0; i < 20; i++) printf "{DecodedData()}"; printf "{Nope()}"; for (i = 0; i < 20; i++) printf "{DecodedData()}" }')
+    expect "a long expression is shown as a window around the culprit" 2 NONE '  ...DecodedData()}{DecodedData()}{Nope()}{DecodedData()}{DecodedData()}' "$long" x
+    cases=$((cases + 1))
+    if [ "$(sed -n 2p "$WORK/err" | wc -c)" -gt 120 ]; then
+        failures=$((failures + 1))
+        echo "FAIL the window is too wide"
+    fi
     # The expression is refused before the input is opened.
     expect "parse error before the input is opened" 2 NONE "NRV_ERR_UNKNOWN_COMMAND" -i "$WORK/missing" '{Nope()}'
     expect "--check accepts" 0 "ok" '' --check "Code: $CUT2"
-    expect "--check refuses" 2 NONE "NRV_ERR_UNKNOWN_COMMAND (-83)" --check '{Nope()}'
+    expect "--check refuses" 2 NONE "NRV_ERR_UNKNOWN_COMMAND, -83" --check '{Nope()}'
     input 'AB1234\n'
     expect "--check reads no scan" 0 "ok" '' --check "$CUT2"
     expect "--trace marks the error line" 2 NONE "trace: ERROR: Error unable to find the command:Nope" --trace '{Nope()}' x
@@ -117,13 +163,16 @@ failing-scan)
     expect "failing scans pass unchanged and lines stay aligned" 1 "1234
 A
 99
-AB" "nrv-edit: scan 2: NRV_ERR_OUT_OF_RANGE (-43): " "$CUT2"
+AB" "nrv-edit: scan 2: TruncateFromBeginning: count 2 is not less than the length 1 of the text (NRV_ERR_OUT_OF_RANGE, -43)" "$CUT2"
     stderr_lines "one message per failing scan" 2
     expect "the last failing scan is numbered" 1 "x
-ok" "nrv-edit: scan 1: NRV_ERR_OUT_OF_RANGE (-43)" '{TruncateFromEnd({DecodedData()},2)}' x okok
+ok" "nrv-edit: scan 1: TruncateFromEnd: count 2 is not less than the length 1 of the text" '{TruncateFromEnd({DecodedData()},2)}' x okok
     expect "every scan edited: status 0" 0 "1234
 99" '' "$CUT2" AB1234 CD99
-    expect "empty scan" 1 "" "scan 1: NRV_ERR_OUT_OF_RANGE" '{TruncateFromBeginning({DecodedData()},0)}' ''
+    expect "empty scan" 1 "" "scan 1: TruncateFromBeginning: count 0 is not less than the length 0 of the text" \
+        '{TruncateFromBeginning({DecodedData()},0)}' ''
+    expect "the command that failed first, inside another" 1 "AB" \
+        "scan 1: Extract: stopMarker is empty (NRV_ERR_OUT_OF_RANGE, -43)" '{MakeUpperCase({Extract({DecodedData()},[,)})}' AB
     ;;
 
 triggers)
@@ -258,24 +307,243 @@ usage)
     ;;
 
 list-commands)
-    expect "all eighteen commands with their parameters" 0 "DecodedData()                                      -> text
-TruncateFromBeginning(text, index)                 -> text
-TruncateFromEnd(text, index)                       -> text
-Replace(text, text, text)                          -> text
-Substitute(text, text, text)                       -> text
-EscapeCharacter(text)                              -> text
-InsertAfterIndex(text, index, text)                -> text
-InsertBeforeIndex(text, index, text)               -> text
-FindFirstFromIndex(text, index, text, index)       -> index
-FindLastFromIndex(text, index, text, index)        -> index
-MakeUpperCase(text)                                -> text
-MakeLowerCase(text)                                -> text
-ReplaceNonPrintableCharacters(text, text)          -> text
-DecodedDataWithoutTrailer()                        -> text
-TruncateAfterIndex(text, index, index)             -> text
-TruncateBeforeIndex(text, index, index)            -> text
-Substring(text, index, index)                      -> text
-Extract(text, text, text)                          -> text" '' --list-commands
+    expect "every command with its parameters, result and summary" 0 "DecodedData() -> text
+    the scan's bytes, exactly as read
+TruncateFromBeginning(text: text, count: number) -> text
+    text without its first count bytes
+TruncateFromEnd(text: text, count: number) -> text
+    text without its last count bytes
+Replace(text: text, search: text, replacement: text) -> text
+    text with the first occurrence of search replaced by replacement
+Substitute(text: text, set: text, replacement: text) -> text
+    text with every byte that occurs in set replaced by replacement
+EscapeCharacter(hex: text) -> text
+    the bytes spelled by pairs of hexadecimal digits
+InsertAfterIndex(text: text, index: number, insert: text) -> text
+    insert put behind the byte at index
+InsertBeforeIndex(text: text, index: number, insert: text) -> text
+    insert put in front of the byte at index
+FindFirstFromIndex(text: text, start: number, search: text, offset: number) -> number
+    where the first search at or after start begins, plus offset
+FindLastFromIndex(text: text, start: number, search: text, offset: number) -> number
+    where the last search begins (the first at or after start, else the last before it), plus offset
+MakeUpperCase(text: text) -> text
+    text with a-z made A-Z
+MakeLowerCase(text: text) -> text
+    text with A-Z made a-z
+ReplaceNonPrintableCharacters(text: text, replacement: text) -> text
+    text with every byte below 0x20 or from 0x80 up replaced by replacement
+DecodedDataWithoutTrailer() -> text
+    the scan without the control bytes at its end
+TruncateAfterIndex(text: text, index: number, offset: number) -> text
+    the bytes of text before index + offset
+TruncateBeforeIndex(text: text, index: number, offset: number) -> text
+    the bytes of text from index + offset on
+Substring(text: text, start: number, stop: number) -> text
+    the bytes of text from start up to, not including, stop
+Extract(text: text, startMarker: text, stopMarker: text) -> text
+    the bytes after the first startMarker and before the last stopMarker" '' --list-commands
+    cases=$((cases + 1))
+    if ! "$TOOL" --help | grep -q 'ReplaceNonPrintableCharacters'; then
+        failures=$((failures + 1))
+        echo "FAIL --help does not name the commands"
+    fi
+    ;;
+
+explain)
+    expect "a tree per scan, values indented under their commands" 0 'scan 1: "AB1234" => "Code: 1234"
+  "Code: " => "Code: "
+  TruncateFromBeginning => "1234"
+    DecodedData => "AB1234"
+    2 => 2' '' --explain "Code: $CUT2" AB1234
+    expect "the failing command marked, later nodes not run" 1 'scan 1: "AB" => failed, left unchanged (NRV_ERR_OUT_OF_RANGE, -43)
+  MakeUpperCase => failed (NRV_ERR_OUT_OF_RANGE, -43)
+    TruncateFromEnd => FAILED: count 5 is not less than the length 2 of the text (NRV_ERR_OUT_OF_RANGE, -43)
+      DecodedData => "AB"
+      5 => 5
+  "x" (not run)
+  DecodedData (not run)
+scan 2: "abcdef" => "Axabcdef"
+  MakeUpperCase => "A"
+    TruncateFromEnd => "a"
+      DecodedData => "abcdef"
+      5 => 5
+  "x" => "x"
+  DecodedData => "abcdef"' '' --explain '{MakeUpperCase({TruncateFromEnd({DecodedData()},5)})}x{DecodedData()}' AB abcdef
+    expect "bytes in values are escaped" 0 'scan 1: "a\x00\r" => "a"
+  DecodedDataWithoutTrailer => "a"' '' --explain -e '{DecodedDataWithoutTrailer()}' 'a\x00\r'
+    expect "a scan the triggers leave alone" 0 'scan 1: "xy" not triggered, left unchanged' '' --explain --starts-with AB "$CUT2" xy
+    expect "a parse error is reported as without --explain" 2 NONE "error: unknown command" --explain '{Nope()}' x
+    ;;
+
+json)
+    expect "--check --json accepts" 0 '{"ok":true}' '' --check --json "$CUT2"
+    expect "--check --json refuses with the culprit's range" 2 \
+        '{"ok":false,"code":-84,"name":"NRV_ERR_PARAMETER_COUNT","offset":1,"length":21,"command":"TruncateFromBeginning","message":"TruncateFromBeginning takes 2 parameters (text, count), but 3 are written"}' \
+        '' --check --json '{TruncateFromBeginning({DecodedData()},2,3)}'
+    expect "no command: null" 2 \
+        '{"ok":false,"code":-52,"name":"NRV_ERR_SYNTAX","offset":0,"length":1,"command":null,"message":"this { has no matching }"}' \
+        '' --check --json '{{DecodedData()}'
+    expect "--explain --json: one object per scan" 0 \
+        '{"scan":1,"code":0,"output":"AB-","nodes":[{"kind":"command","name":"MakeUpperCase","offset":0,"length":32,"code":0,"value":"AB","params":[{"kind":"command","name":"DecodedData","offset":15,"length":15,"code":0,"value":"ab","params":[]}]},{"kind":"text","name":"-","offset":32,"length":1,"code":0,"value":"-","params":[]}]}' \
+        '' --explain --json '{MakeUpperCase({DecodedData()})}-' ab
+    expect "integers, not-run nodes and the failure" 1 \
+        '{"scan":1,"code":-43,"output":"A","nodes":[{"kind":"command","name":"TruncateFromEnd","offset":0,"length":36,"code":-43,"value":null,"params":[{"kind":"command","name":"DecodedData","offset":17,"length":15,"code":0,"value":"A","params":[]},{"kind":"integer","name":"1","offset":33,"length":1,"code":0,"value":1,"params":[]}]},{"kind":"text","name":"!","offset":36,"length":1,"code":null,"value":null,"params":[]}],"failure":{"code":-43,"name":"NRV_ERR_OUT_OF_RANGE","offset":1,"length":15,"command":"TruncateFromEnd","message":"count 1 is not less than the length 1 of the text"}}' \
+        '' --explain --json '{TruncateFromEnd({DecodedData()},1)}!' A
+    # Every byte maps to the code point of its value: quote, backslash and
+    # controls escaped, 0x80..0xFF as \u0080..\u00ff.
+    input 'q"b\\\001\177\200\377\n'
+    expect "bytes map one to one onto U+0000..U+00FF" 0 \
+        '{"scan":1,"code":0,"output":"q\"b\\\u0001\u007f\u0080\u00ff","nodes":[{"kind":"command","name":"DecodedData","offset":0,"length":15,"code":0,"value":"q\"b\\\u0001\u007f\u0080\u00ff","params":[]}]}' \
+        '' --explain --json '{DecodedData()}'
+    expect "a scan the triggers leave alone: code 1, the scan, no nodes" 0 '{"scan":1,"code":1,"output":"ab","nodes":[]}' \
+        '' --explain --json --starts-with Z '{DecodedData()}' ab
+    expect "--explain --json with a parse error: the --check object" 2 \
+        '{"ok":false,"code":-83,"name":"NRV_ERR_UNKNOWN_COMMAND","offset":1,"length":4,"command":null,"message":"unknown command \"Nope\""}' \
+        '' --explain --json '{Nope()}' ab
+    expect "--json alone is a usage error" 2 NONE "--json goes with --check or --explain" --json "$CUT2" x
+    ;;
+
+color)
+    expect "never: no escape sequences" 2 NONE "nrv-edit: error: unknown command" --color=never '{Nope()}' x
+    cases=$((cases + 1))
+    if grep -q "$(printf '\033')" "$WORK/err"; then
+        failures=$((failures + 1))
+        echo "FAIL --color=never wrote an escape sequence"
+    fi
+    expect "always: the error and the carets coloured" 2 NONE "$(printf '\033[1;31merror:\033[0m')" --color=always '{Nope()}' x
+    expect "always: carets in green" 2 NONE "$(printf '\033[1;32m^~~~\033[0m')" --color=always '{Nope()}' x
+    expect "--color alone is always" 2 NONE "$(printf '\033[1;31merror:')" --color '{Nope()}' x
+    # Standard error is a file here, so auto means no colour; NO_COLOR too.
+    expect "auto: no colour when not a terminal" 2 NONE "nrv-edit: error: unknown" '{Nope()}' x
+    cases=$((cases + 1))
+    if NO_COLOR=1 "$TOOL" --color=auto '{Nope()}' x 2>&1 | grep -q "$(printf '\033')"; then
+        failures=$((failures + 1))
+        echo "FAIL NO_COLOR is not honoured"
+    fi
+    # On a terminal (made by script(1), where it can make one), auto colours
+    # unless NO_COLOR is set.
+    : >"$WORK/tty"
+    if command -v script >/dev/null 2>&1; then
+        script -qec "\"$TOOL\" '{Nope()}' x" /dev/null >"$WORK/tty" 2>&1 </dev/null
+    fi
+    if grep -q 'unknown command' "$WORK/tty"; then
+        cases=$((cases + 1))
+        if ! grep -q "$(printf '\033\\[1;31m')" "$WORK/tty"; then
+            failures=$((failures + 1))
+            echo "FAIL auto does not colour on a terminal"
+        fi
+        cases=$((cases + 1))
+        NO_COLOR=1 script -qec "\"$TOOL\" '{Nope()}' x" /dev/null >"$WORK/tty" 2>&1 </dev/null
+        if grep -q "$(printf '\033')" "$WORK/tty"; then
+            failures=$((failures + 1))
+            echo "FAIL NO_COLOR is not honoured on a terminal"
+        fi
+    fi
+    expect "an unknown value" 2 NONE "invalid value 'sometimes' for --color" --color=sometimes '{Nope()}' x
+    ;;
+
+rules)
+    write_rules
+    expect "the first rule that holds edits; -s applies to every scan" 0 "Part: 42
+[ab]
+Part: 7
+abcd" '' -s Code128 --rules "$WORK/rules.toml" PN42 ab PN7 abcd
+    # Rule 1 takes PN and fails: the scan is printed unchanged and rule 3,
+    # which would hold, is not tried.
+    expect "a failing edit does not fall through" 1 "PN
+[xy]" "nrv-edit: scan 1: rule 1 (Part numbers): TruncateFromBeginning: count 2 is not less than the length 2 of the text (NRV_ERR_OUT_OF_RANGE, -43)" --rules "$WORK/rules.toml" PN xy
+    stderr_lines "one message for the failing scan" 1
+    input 'PN1\nQR-9\x1d\nzz\n'
+    expect "batch with -e: escaped trigger in the file, symbology by number" 0 "Part: 1
+QR-9
+[zz]" '' -e -s 15 --rules "$WORK/rules.toml"
+    input 'QR-9\x1d\n'
+    expect "symbology not listed: no rule" 0 'QR-9\x1D' '' -e -s Aztec --rules "$WORK/rules.toml"
+    printf 'PN5\n' >"$WORK/scans"
+    expect "-i FILE" 0 "Part: 5" '' -i "$WORK/scans" --rules "$WORK/rules.toml"
+    expect "the example file: UPC-A loses its leading zero" 0 "036602301467
+3560070169443" '' -s UpcA --rules "$EXAMPLE_RULES" 0036602301467 3560070169443
+    expect "the example file: GS1 separators and GTIN" 0 '01095040000591012112345678p901|101234567p
+GTIN 04412345678909' '' -e -s DataMatrix --rules "$EXAMPLE_RULES" \
+        '01095040000591012112345678p901\x1D101234567p' 0104412345678909
+    expect "an operand is a scan, never an expression" 0 "{Nope()}" '' --rules "$WORK/rules.toml" '{Nope()}'
+    expect "--explain names the rule before its tree, or that none applied" 0 'rule 1 (Part numbers) applied
+scan 1: "PN7" => "Part: 7"
+  "Part: " => "Part: "
+  TruncateFromBeginning => "7"
+    DecodedData => "PN7"
+    2 => 2
+no rule applied
+scan 2: "abcd" not triggered, left unchanged' '' --explain --rules "$WORK/rules.toml" PN7 abcd
+    expect "--explain --json carries the rule" 0 '{"scan":1,"rule":{"index":1,"name":"Part numbers"},"code":0,"output":"Part: 7","nodes":[{"kind":"text","name":"Part: ","offset":0,"length":6,"code":0,"value":"Part: ","params":[]},{"kind":"command","name":"TruncateFromBeginning","offset":6,"length":42,"code":0,"value":"7","params":[{"kind":"command","name":"DecodedData","offset":29,"length":15,"code":0,"value":"PN7","params":[]},{"kind":"integer","name":"2","offset":45,"length":1,"code":0,"value":2,"params":[]}]}]}' \
+        '' --explain --json --rules "$WORK/rules.toml" PN7
+    expect "trigger options do not go with --rules" 2 NONE "--starts-with does not go with --rules" \
+        --starts-with PN --rules "$WORK/rules.toml" x
+    expect "unreadable rules file" 2 NONE "$WORK/missing.toml: cannot read the file" --rules "$WORK/missing.toml" x
+    ;;
+
+rules-check)
+    write_rules
+    expect "--check --rules accepts" 0 "ok" '' --check --rules "$WORK/rules.toml"
+    expect "the example file is valid" 0 "ok" '' --check --rules "$EXAMPLE_RULES"
+    cat >"$WORK/bad.toml" <<'RULES'
+[[rule]]
+  start-with = "PN"
+expression = 'x{Frobnicate()}'
+[[rule]]
+symbologies = ["Code129"]
+min-size = 5
+max-size = 4
+RULES
+    input 'never read\n'
+    expect "every error, each at its line and column" 2 NONE "$WORK/bad.toml:2:3: rule 1: unknown key 'start-with' (did you mean 'starts-with'?)" \
+        --check --rules "$WORK/bad.toml"
+    for piece in "$WORK/bad.toml:3:" "rule 1: the expression does not parse" "(NRV_ERR_UNKNOWN_COMMAND, -83)" \
+        "$WORK/bad.toml:4:1: rule 2 has no 'expression'" "$WORK/bad.toml:5:16: rule 2: unknown symbology 'Code129'" \
+        "$WORK/bad.toml:6:12: rule 2 can never match" "nrv-edit: 5 errors in the rules file"; do
+        cases=$((cases + 1))
+        grep -qF -- "$piece" "$WORK/err" || { failures=$((failures + 1)); echo "FAIL --check lacks: $piece"; }
+    done
+    # Each error: its message, the line, a caret.
+    stderr_lines "three lines per error and a count" 16
+    cases=$((cases + 1))
+    if ! grep -qxF '      ^~~~~~~~~~' "$WORK/err"; then
+        failures=$((failures + 1))
+        echo "FAIL no caret under the misspelt key"
+    fi
+    expect "errors stop a run before any scan" 2 NONE "5 errors" --rules "$WORK/bad.toml" PN1
+    printf '[[rule]]\nexpression = \n' >"$WORK/syntax.toml"
+    expect "TOML syntax error" 2 NONE "$WORK/syntax.toml:2:14: " --check --rules "$WORK/syntax.toml"
+    ;;
+
+rules-stats)
+    write_rules
+    input 'PN1\nPN\nabcdef\nxy\nPN22\n'
+    expect "--stats counts each rule's edits and failures, and the unmatched" 1 "Part: 1
+PN
+abcdef
+[xy]
+Part: 22" "stats: rule 1 (Part numbers): 2 edited, 1 failed" --stats --rules "$WORK/rules.toml"
+    for piece in "stats: rule 2: 0 edited, 0 failed" "stats: rule 3 (Short): 1 edited, 0 failed" \
+        "stats: no rule matched: 1"; do
+        cases=$((cases + 1))
+        grep -qxF -- "$piece" "$WORK/err" || { failures=$((failures + 1)); echo "FAIL --stats lacks: $piece"; }
+    done
+    stderr_lines "one failure line and four stats lines" 5
+    expect "no --stats, no stats" 0 "Part: 1" '' --rules "$WORK/rules.toml" PN1
+    expect "--stats needs --rules" 2 NONE "--stats goes with --rules only" --stats "$SHOW" x
+    ;;
+
+rules-require-match)
+    write_rules
+    expect "without --require-match an unmatched scan passes" 0 "abcd" '' --rules "$WORK/rules.toml" abcd
+    expect "--require-match: an unmatched scan is a failure" 1 "Part: 1
+abcd
+[ab]" "nrv-edit: scan 2: no rule matched" --require-match --rules "$WORK/rules.toml" PN1 abcd ab
+    stderr_lines "one message" 1
+    expect "--require-match, every scan matched" 0 "Part: 1" '' --require-match --rules "$WORK/rules.toml" PN1
+    expect "--require-match needs --rules" 2 NONE "--require-match goes with --rules only" --require-match "$SHOW" x
     ;;
 
 limits)
@@ -286,18 +554,18 @@ limits)
     cases=$((cases + 1))
     "$TOOL" -i "$WORK/flood" '{Substitute({DecodedData()},a,{DecodedData()})}' >"$WORK/out" 2>"$WORK/err"
     if [ $? -ne 1 ] || ! cmp -s "$WORK/out" "$WORK/flood" ||
-        ! grep -q "scan 1001: NRV_ERR_TEXT_LIMIT (-60)" "$WORK/err"; then
+        ! grep -q "scan 1001: a result would be larger than the profile.s largest text (NRV_ERR_TEXT_LIMIT, -60)" "$WORK/err"; then
         failures=$((failures + 1))
         echo "FAIL a scan past the text limit loses output or is not reported"
     fi
     expect "--max-text at the bound" 0 "abcdef" '' --max-text 6 '{DecodedData()}' abcdef
-    expect "--max-text under the bound" 1 "abcdef" "scan 1: NRV_ERR_TEXT_LIMIT (-60)" --max-text 5 '{DecodedData()}' abcdef
+    expect "--max-text under the bound" 1 "abcdef" "(NRV_ERR_TEXT_LIMIT, -60)" --max-text 5 '{DecodedData()}' abcdef
     expect "--max-text 0 is no limit" 0 "abcdefabcdef" '' --max-text 0 '{DecodedData()}{DecodedData()}' abcdef
     # Extract comparing a 2 MB marker at each of 4 MB: minutes without a budget.
     hostile=$(awk 'function d(n, e) { e = "{DecodedData()}"; while (n-- > 0) e = "{Substitute(" e ",a,aa)}"; return e }
         BEGIN { printf "{Extract(%s,%s,|)}", d(22), d(21) }')
     expect "a hostile search stops at the work budget" 1 "a|
-ok" "scan 1: NRV_ERR_WORK_LIMIT (-61)" "$hostile" 'a|' ok
+ok" "scan 1: the edit used up its work budget (NRV_ERR_WORK_LIMIT, -61)" "$hostile" 'a|' ok
     expect "--max-work 0 is no budget" 0 "aaaa" '' --max-work 0 '{Substitute({DecodedData()},a,aa)}' aa
     # Allocation failure: only where an address-space limit can be set (not
     # under the address sanitizer).

@@ -1,0 +1,44 @@
+#include "NrvCommand.h"
+
+#include <cstdint>
+
+#include "NrvDiagnostics.h"
+
+bool CNrvCommandOperation::CheckParametersAgainst(const TNrvCommandInfo& row) const
+{
+    const size_t nCount = row.nParameterCount;
+    if (static_cast<size_t>(m_OperationsList.GetCount()) != nCount)
+        return false;
+    TNrvPosition position = m_OperationsList.GetHeadPosition();
+    for (size_t i = 0; i < nCount; ++i) {
+        void* pData = nullptr;
+        if (m_OperationsList.GetNext(&position, &pData) < 0)
+            return false;
+        const CNrvOperation* pParameter = static_cast<const CNrvOperation*>(pData);
+        const bool bFits = row.pParameters[i].nKind == CNrvOperationResult::typeInt
+                               ? pParameter->CanResultBeAnInteger()
+                               : pParameter->CanResultBeAString();
+        if (!bFits)
+            return false;
+    }
+    return true;
+}
+
+std::string CNrvCommandOperation::DescribeFailure(NRVRESULT nCode, CNrvOperationResult*) const
+{
+    const char* pszMeaning = NrvResultCodeMeaning(nCode);
+    return pszMeaning != nullptr ? pszMeaning : "failed with code " + std::to_string(static_cast<long long>(nCode));
+}
+
+int NrvIntegerOf(const CNrvOperationResult& Value)
+{
+    return static_cast<int>(static_cast<int64_t>(Value.GetResultInteger()));
+}
+
+std::string NrvDescribePositionFailure(const char* pszName, int nValue, size_t nTextLength)
+{
+    const std::string value = std::string(pszName) + " " + std::to_string(nValue);
+    if (nValue < 0)
+        return value + " is negative";
+    return value + " is not less than the length " + std::to_string(nTextLength) + " of the text";
+}

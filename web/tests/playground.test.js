@@ -1,0 +1,247 @@
+// The playground in a real browser: what a person types, what the page
+// shows, and whether it agrees with nrv-edit on the same inputs.
+'use strict';
+const {test, before, after} = require('node:test');
+const assert = require('node:assert/strict');
+const h = require('./harness.js');
+
+let browser;
+let page;
+h.usePage(before, after, (opened) => ({browser, page} = opened));
+
+// The fields as a fresh page has them, triggers unset.
+const DEFAULTS = {escapes: false, symbology: 'NotSpecified', only: [], min: '', max: '', startsWith: '', endsWith: '',
+                  contains: ''};
+
+// Runs one case on the page and on the tool, and checks that they agree.
+async function compareWithTool(state) {
+  await h.fill(page, {...DEFAULTS, ...state});
+  const shown = await h.readResults(page);
+  const tool = h.runTool(state);
+  assert.equal(shown.length, tool.lines.length, `${state.expression}: one result per scan`);
+  shown.forEach((row, i) => {
+    assert.equal(row.index, i + 1);
+    assert.equal(row.output, tool.lines[i], `${state.expression}: scan ${i + 1}`);
+    if (tool.failures.has(i + 1)) assert.equal(row.code, tool.failures.get(i + 1), `scan ${i + 1}'s code`);
+    else assert.ok(row.code === 0 || row.code === 1, `scan ${i + 1} succeeds as in the tool, got ${row.code}`);
+  });
+  return shown;
+}
+
+test('edits agree with nrv-edit, byte for byte in the escaped form', async () => {
+  const cases = [
+    {expression: 'Code: {TruncateFromBeginning({DecodedData()},2)}', scans: 'AB1234\nXY\nABC'},
+    {expression: '{Extract({DecodedData()},[,])}', scans: 'LOT[A17]EXP\n[]\nno markers'},
+    {expression: '{DecodedDataWithoutTrailer()}', scans: '12345\\r\\n\nABC\\x1D\\x1D\n\\xFF\\x00', escapes: true},
+    {expression: '{DecodedData()}', scans: '01\\x1d17\\r\\n\n\\\\\n\\t', escapes: true},
+    {expression: '{Substitute({DecodedData()},{EscapeCharacter(1D)},|)}', scans: '10567\\x1D1101010113010101',
+     escapes: true},
+    {expression: '{TruncateFromEnd({DecodedData()},20)}', scans: 'short\n' + 'x'.repeat(21)},
+    {expression: '{MakeUpperCase({DecodedData()})}', scans: 'a\\xC3\\xA9z\n', escapes: true},
+    {expression: '{Substring({DecodedData()},{FindFirstFromIndex({DecodedData()},-1,-,1)},' +
+                 '{FindLastFromIndex({DecodedData()},-1,-,0)})}', scans: 'AB-CD-EF\nABCDEF\n-\n\n'},
+    {expression: 'plain text, no command', scans: 'one\ntwo'},
+  ];
+  for (const state of cases) await compareWithTool(state);
+});
+
+test('a failed edit shows the scan unchanged, with its status', async () => {
+  const rows = await compareWithTool({expression: '{TruncateFromBeginning({DecodedData()},3)}', scans: 'ABC\nABCD'});
+  assert.equal(rows[0].code, -43);
+  assert.equal(rows[0].output, 'ABC');
+  assert.match(rows[0].status, /^failed: .*\(-43\)$/);
+  assert.equal(rows[1].status, 'edited');
+});
+
+test('control bytes are drawn visibly without escapes and written as the tool does with them', async () => {
+  await h.fill(page, {escapes: true, expression: '{DecodedData()}', scans: 'A\\tB\\r\\n\\x7F\\xC3\\xA9\\xFF'});
+  assert.equal((await h.readResults(page))[0].output, 'A\\tB\\r\\n\\x7F\\xC3\\xA9\\xFF');
+  await page.setChecked('#escapes', false);
+  // The same line read as it stands: backslashes are plain bytes now.
+  assert.equal((await h.readResults(page))[0].output, 'A\\tB\\r\\n\\x7F\\xC3\\xA9\\xFF');
+  await h.fill(page, {expression: '{EscapeCharacter(41090D0A7FC3A9FF)}', scans: 'x'});
+  assert.equal((await h.readResults(page))[0].output, 'A\u2409\u240D\u240A\u2421\u00E9\\xFF');
+});
+
+test('a line with a malformed escape is not read, and the others still are', async () => {
+  await h.fill(page, {escapes: true, expression: '<{DecodedData()}>', scans: 'ok\n\\q\nbad\\x4\nend\\'});
+  const rows = await h.readResults(page);
+  assert.deepEqual(rows.map((r) => r.code), [0, null, null, null]);
+  assert.equal(rows[0].output, '<ok>');
+  rows.slice(1).forEach((row) => assert.match(row.status, /^not read: /));
+});
+
+test('triggers and symbologies select the scans the tool edits', async () => {
+  const scans = 'AB12\nXY34\nAB\nABCDEFGH\nXYAB';
+  const cases = [
+    [{min: 4}, [1, 2, 4, 5]],
+    [{max: 4}, [1, 2, 3, 5]],
+    [{min: 3, max: 4}, [1, 2, 5]],
+    [{min: 8, max: 8}, [4]],
+    [{startsWith: 'AB'}, [1, 3, 4]],
+    [{endsWith: 'AB'}, [3, 5]],
+    [{contains: 'Y3'}, [2]],
+    [{contains: 'ABCDEFGHI'}, []],
+    [{symbology: 'Code128', only: ['Code128']}, [1, 2, 3, 4, 5]],
+    [{symbology: 'QRCode', only: ['Code128', 'Ean13']}, []],
+    [{symbology: 'Code128', only: ['Code128'], startsWith: 'AB', max: 4}, [1, 3]],
+    [{escapes: true, startsWith: '\\x41B'}, [1, 3, 4]],
+  ];
+  for (const [triggers, expected] of cases) {
+    const rows = await compareWithTool({expression: 'Code: {DecodedData()}', scans, ...triggers});
+    assert.deepEqual(rows.filter((r) => r.code === 0).map((r) => r.index), expected, JSON.stringify(triggers));
+    rows.filter((r) => r.code !== 0).forEach((r) => {
+      assert.equal(r.code, 1);
+      assert.equal(r.status, 'not triggered');
+    });
+  }
+});
+
+test('a malformed escape in a trigger text is reported beside the triggers', async () => {
+  await h.fill(page, {escapes: true, expression: '{DecodedData()}', scans: 'AB', startsWith: '\\x4'});
+  assert.match(await page.textContent('#trigger-error'), /^startsWith: /);
+  await page.fill('#starts-with', '');
+  assert.equal(await page.textContent('#trigger-error'), '');
+});
+
+test('a parse error sets the diagnostic to the tool\'s code and underlines its range', async () => {
+  const expressions = [
+    '{TruncateFromBeginning({DecodedData()},2,3)}',
+    'Code: {Trunc({DecodedData()},2)}',
+    '{TruncateFromEnd({DecodedData()},{DecodedData()})}',
+    '{MakeUpperCase({DecodedData()}',
+    '{'.repeat(101) + 'DecodedData()' + '}'.repeat(101),
+    'é {MakeUpperCase({DecodedData()},x)}',
+  ];
+  for (const expression of expressions) {
+    await page.fill('#expression', expression);
+    const diagnostic = await page.$eval('#diagnostic', (d) => ({...d.dataset, text: d.textContent}));
+    assert.equal(Number(diagnostic.code), h.toolParseCode(expression), expression);
+    assert.ok(Number(diagnostic.code) < 0, `${expression} does not parse`);
+    assert.ok(diagnostic.text.length > 0, 'a sentence beside it');
+    // The underline covers exactly the bytes the diagnostic names.
+    const bytes = Buffer.from(expression, 'utf8');
+    const culprit = bytes.subarray(Number(diagnostic.offset), Number(diagnostic.offset) + Number(diagnostic.length));
+    const underlined = await page.$$eval('#expression-backdrop .error-mark', (m) => m.map((e) => e.textContent));
+    assert.equal(underlined.join(''), culprit.toString('utf8') || '\u00A0', expression);
+    // A failed parse fails every scan with the parse's code.
+    assert.ok((await h.readResults(page)).every((r) => r.code === Number(diagnostic.code)));
+  }
+  await page.fill('#expression', '{DecodedData()}');
+  assert.deepEqual(await page.$eval('#diagnostic', (d) => ({...d.dataset, text: d.textContent})), {text: ''});
+  assert.equal(await page.$$eval('#expression-backdrop .error-mark', (m) => m.length), 0);
+});
+
+test('selecting a result explains that scan', async () => {
+  await h.fill(page, {escapes: false, expression: '[{TruncateFromBeginning({DecodedData()},2)}]',
+                      scans: 'AB1234\nXY'});
+  await page.click('#results [data-scan-index="1"]');
+  assert.match(await page.textContent('#explain'), /Scan 1: \[1234\]/);
+  await page.click('#results [data-scan-index="2"]');
+  assert.match(await page.textContent('#explain'), /Scan 2: .*\(NRV_ERR_OUT_OF_RANGE, -43\)/);
+  assert.equal(await page.$$eval('#results .selected', (s) => s.map((e) => e.dataset.scanIndex).join()), '2');
+});
+
+test('the command reference is the command table, and inserts at the cursor', async () => {
+  const names = await page.$$eval('#commands [data-command]', (b) => b.map((e) => e.dataset.command));
+  const listed = h.toolListCommands();
+  assert.ok(names.length >= 18);
+  names.forEach((name) => assert.match(listed, new RegExp(`^${name}\\(`, 'm')));
+  await page.fill('#expression', 'A-B');
+  await page.focus('#expression');
+  await page.evaluate(() => document.getElementById('expression').setSelectionRange(2, 2));
+  await page.click('#commands [data-command="MakeLowerCase"]');
+  assert.equal(await page.inputValue('#expression'), 'A-{MakeLowerCase({DecodedData()})}B');
+  // Every inserted template parses, or fails only on its placeholders (-18, -43 at edit time).
+  for (const name of names) {
+    await page.fill('#expression', '');
+    await page.click(`#commands [data-command="${name}"]`);
+    const code = await page.$eval('#diagnostic', (d) => d.dataset.code);
+    assert.equal(code, undefined, `${name}'s template parses`);
+  }
+});
+
+test('an example fills the fields and the tool agrees with its results', async () => {
+  const titles = await page.$$eval('#examples button', (b) => b.length);
+  assert.ok(titles >= 5);
+  await page.click('#examples button:has-text("Code 128")');
+  const state = {
+    expression: await page.inputValue('#expression'), scans: await page.inputValue('#scans'),
+    symbology: 'Code128', only: ['Code128'], startsWith: await page.inputValue('#starts-with'),
+  };
+  const rows = await h.readResults(page);
+  assert.deepEqual(rows.map((r) => r.output), h.runTool(state).lines);
+  assert.deepEqual(rows.map((r) => r.code), [0, 1]);
+});
+
+test('the URL fragment reproduces the page', async () => {
+  const state = {escapes: true, symbology: 'Ean13', only: ['Ean13', 'QRCode'], min: 2, max: 30, startsWith: '97',
+                 endsWith: '', contains: '\\x2D', expression: '{InsertAfterIndex({DecodedData()},2,-)} & co?#%',
+                 scans: '978-0\n97\\x2D\nplain\n'};
+  await h.fill(page, state);
+  const before = await h.readResults(page);
+  await page.waitForFunction((e) => new URLSearchParams(location.hash.slice(1)).get('e') === e, state.expression);
+  const fragment = await page.evaluate(() => location.hash);
+  const copy = await h.openPage(browser, fragment);
+  const fieldsOf = (p) => p.evaluate(() => ['expression', 'scans', 'min-size', 'max-size', 'starts-with', 'ends-with',
+                                            'contains', 'symbology'].map((id) => document.getElementById(id).value)
+                                       .concat(document.getElementById('escapes').checked,
+                                               [...document.getElementById('only-symbology').selectedOptions]
+                                                 .map((o) => o.text).join()));
+  assert.deepEqual(await fieldsOf(copy), await fieldsOf(page));
+  assert.deepEqual(await h.readResults(copy), before);
+  assert.ok(before.some((r) => r.code === 0) && before.some((r) => r.code === 1));
+  assert.deepEqual(copy.errors, []);
+  await copy.close();
+});
+
+test('a dropped file is read locally; lines a text box cannot hold switch the escapes on', async () => {
+  await h.fill(page, {...DEFAULTS, expression: '{DecodedDataWithoutTrailer()}', scans: ''});
+  const drop = (bytes) => page.evaluate((data) => {
+    const transfer = new DataTransfer();
+    transfer.items.add(new File([new Uint8Array(data)], 'scans.txt'));
+    document.body.dispatchEvent(new DragEvent('drop', {dataTransfer: transfer, bubbles: true, cancelable: true}));
+  }, [...bytes]);
+  await drop(Buffer.from('AB12\nCD34\n'));
+  await page.waitForFunction(() => document.querySelectorAll('#results [data-scan-index]').length === 2);
+  assert.equal(await page.isChecked('#escapes'), false);
+  const file = Buffer.from('AB12\r\n\x1d01\xff\r\n\n', 'latin1');
+  await drop(file);
+  await page.waitForFunction(() => document.querySelectorAll('#results [data-scan-index]').length === 3);
+  assert.equal(await page.isChecked('#escapes'), true);
+  assert.equal(await page.inputValue('#scans'), 'AB12\\r\n\\x1D01\\xFF\\r\n\n');
+  const rows = await h.readResults(page);
+  assert.deepEqual(rows.map((r) => r.output), h.runTool({escapes: true, expression: '{DecodedDataWithoutTrailer()}',
+                                                          scans: await page.inputValue('#scans')}).lines);
+});
+
+test('ten thousand scans give ten thousand results', async () => {
+  const scans = Array.from({length: 10000}, (_, i) => `AB${i}`).join('\n');
+  const expression = '{TruncateFromBeginning({DecodedData()},5)}';  // fails the first thousand
+  await h.fill(page, {...DEFAULTS, expression});
+  // Pasted at once: typing ten thousand lines key by key is not what this checks.
+  await page.evaluate((text) => {
+    const field = document.getElementById('scans');
+    field.value = text;
+    field.dispatchEvent(new Event('input'));
+  }, scans);
+  const rows = await h.readResults(page);
+  assert.equal(rows.length, 10000);
+  const tool = h.runTool({expression, scans});
+  assert.equal(tool.failures.size, 1000);
+  rows.forEach((r, i) => assert.equal(r.output, tool.lines[i]));
+  // The failures past the first batch are described while the page idles.
+  await page.waitForFunction(() => [...document.querySelectorAll('#results .failed .status')]
+    .every((s) => s.textContent.startsWith('failed: ')));
+});
+
+test('an edit too large for the page stops with a message, and the page goes on working', async () => {
+  // Each Substitute makes every A sixteen: 4 bytes grow to 4 x 16^7, past the page's memory.
+  let grow = '{DecodedData()}';
+  for (let i = 0; i < 7; i++) grow = `{Substitute(${grow},A,AAAAAAAAAAAAAAAA)}`;
+  await h.fill(page, {...DEFAULTS, scans: 'AAAA', expression: grow});
+  await page.waitForSelector('#results:not([aria-busy])', {state: 'attached'});
+  assert.match(await page.textContent('#diagnostic'), /could not finish: out of memory/);
+  await page.fill('#expression', '<{DecodedData()}>');
+  assert.deepEqual((await h.readResults(page)).map((r) => r.output), ['<AAAA>']);
+});
