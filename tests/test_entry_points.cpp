@@ -6,7 +6,10 @@
 #include <cstdint>
 #include <string>
 
+#include "NrvDiagnostics.h"
+#include "NrvEscapes.h"
 #include "NrvList.h"
+#include "NrvSymbologies.h"
 #include "NrvOperation.h"
 #include "NrvParsingString.h"
 #include "NrvRuntimeLib.h"
@@ -201,4 +204,67 @@ TEST(EntryPoints, BlanksBetweenParentheses)
         SCOPED_TRACE(row.pszExpression);
         EXPECT_EQ(profile.Parse(row.pszExpression), row.code);
     }
+}
+
+// The escapes shared by the tool and the other front ends: every hex digit
+// class and its neighbours, and escapes cut short.
+TEST(EntryPoints, UnescapeReadsHexDigitsAndRefusesTheirNeighbours)
+{
+    const struct {
+        std::string text;
+        bool bOk;
+        std::string bytes;
+    } rows[] = {
+        {"\\x09\\x9a\\xAf", true, std::string("\x09\x9a\xaf", 3)},
+        {"\\x/0", false, ""},  {"\\x:0", false, ""}, {"\\x@0", false, ""}, {"\\xG0", false, ""},
+        {"\\x`0", false, ""},  {"\\xg0", false, ""}, {"\\x0", false, ""},  {"\\x", false, ""},
+        {"a\\", false, ""},    {"\\q", false, ""},   {"\\\\\\r\\n\\t", true, "\\\r\n\t"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.text);
+        std::string out, error;
+        EXPECT_EQ(NrvUnescape(row.text.data(), row.text.size(), &out, &error), row.bOk);
+        if (row.bOk) {
+            EXPECT_EQ(out, row.bytes);
+            std::string shown;
+            NrvAppendEscaped(out.data(), out.size(), &shown);
+            std::string again, problem;
+            ASSERT_TRUE(NrvUnescape(shown.data(), shown.size(), &again, &problem));
+            EXPECT_EQ(again, out);
+        } else {
+            EXPECT_FALSE(error.empty());
+        }
+    }
+}
+
+TEST(EntryPoints, SymbologyNamesAndNumbers)
+{
+    EXPECT_EQ(NrvSymbologyName(-1), nullptr);
+    EXPECT_EQ(NrvSymbologyName(kNrvScanSymbologyLastSymbologyID), nullptr);
+    EXPECT_STREQ(NrvSymbologyName(kNrvScanSymbologyHanXin), "HanXin");
+    const struct {
+        const char* pszText;
+        bool bOk;
+        ENrvScanSymbologyID id;
+    } rows[] = {
+        {"47", true, kNrvScanSymbologyHanXin}, {"0", true, kNrvScanSymbologyNotSpecified},
+        {"48", false, {}},  {"1a", false, {}}, {"1/", false, {}}, {"4:", false, {}},
+        {"qrcode", true, kNrvScanSymbologyQRCode}, {"QRCod", false, {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.pszText);
+        ENrvScanSymbologyID id = kNrvScanSymbologyAztec;
+        EXPECT_EQ(NrvParseSymbology(row.pszText, &id), row.bOk);
+        EXPECT_EQ(id, row.bOk ? row.id : kNrvScanSymbologyAztec);
+    }
+}
+
+TEST(EntryPoints, CodeNamesCoverTheLimitCodes)
+{
+    for (NRVRESULT code : {NRV_ERR_TEXT_LIMIT, NRV_ERR_WORK_LIMIT, NRV_ERR_TEXT_TOO_LONG}) {
+        ASSERT_NE(NrvResultCodeName(code), nullptr);
+        EXPECT_NE(NrvResultCodeMeaning(code), nullptr);
+    }
+    EXPECT_STREQ(NrvResultCodeName(NRV_ERR_WORK_LIMIT), "NRV_ERR_WORK_LIMIT");
+    EXPECT_EQ(NrvResultCodeName(-1), nullptr);
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The library built with clang's source-based coverage, the unit tests run
-# over it, and the branches of engine/ and utilities/ they reach counted:
+# The library built with clang's source-based coverage, the unit tests and
+# the tool's tests run over it, and the branches of engine/ and utilities/ they reach counted:
 # fails below NRV_MIN_BRANCH_COVERAGE percent (default 95). The per-file
 # report is left in build-ci-coverage/coverage.txt.
 set -euo pipefail
@@ -18,18 +18,20 @@ command -v ninja >/dev/null && generator=(-G Ninja)
 build=build-ci-coverage
 echo "-- clang++ with coverage: $build"
 CXX=clang++ cmake -S . -B "$build" ${generator[@]+"${generator[@]}"} -DCMAKE_BUILD_TYPE=Debug \
-  -DNRV_BUILD_TOOLS=OFF -DNRV_BUILD_EXAMPLES=OFF -DNRV_SANITIZE=OFF \
+  -DNRV_BUILD_TESTS=ON -DNRV_BUILD_TOOLS=ON -DNRV_BUILD_EXAMPLES=OFF -DNRV_SANITIZE=OFF \
   -DCMAKE_CXX_FLAGS="-fprofile-instr-generate -fcoverage-mapping" \
   -DCMAKE_EXE_LINKER_FLAGS="-fprofile-instr-generate" >/dev/null
-cmake --build "$build" -j2 --target nrv_tests
+cmake --build "$build" -j2
 rm -f "$build"/*.profraw
-# The 2 GiB test measures nothing the others do not, and is slow here.
-LLVM_PROFILE_FILE="$PWD/$build/tests-%p.profraw" "$build/tests/nrv_tests" \
-  --gtest_filter='-Limits.TextsOf2GiB*' >/dev/null
+# The unit tests and the tool's tests (which reach the escapes, the
+# symbology names and the diagnostics through nrv-edit). The 2 GiB test
+# measures nothing the others do not, and is slow here.
+LLVM_PROFILE_FILE="$PWD/$build/run-%p.profraw" ctest --test-dir "$build" -j2 -E 'TextsOf2GiB' >/dev/null ||
+  { echo "the tests failed in the coverage build" >&2; exit 1; }
 "$profdata" merge -sparse "$build"/*.profraw -o "$build/tests.profdata"
 sources=(engine/*.cpp engine/*.h utilities/*.cpp utilities/*.h)
-"$cov" report "$build/tests/nrv_tests" -instr-profile="$build/tests.profdata" "${sources[@]}" \
-  >"$build/coverage.txt"
+"$cov" report "$build/tests/nrv_tests" -object "$build/tools/nrv-edit" -instr-profile="$build/tests.profdata" \
+  "${sources[@]}" >"$build/coverage.txt"
 total=$(awk '$1 == "TOTAL" { print $(NF-2), $(NF-1) }' "$build/coverage.txt")
 read -r branches missed <<<"$total"
 covered=$(awk -v b="$branches" -v m="$missed" 'BEGIN { printf "%.2f", b ? 100 * (b - m) / b : 100 }')
