@@ -34,8 +34,9 @@ if [ -f build-pkg/tools/nrv-edit ]; then
 fi
 # Every header the umbrella pulls in must be there: compile it alone.
 echo '#include "NrvOperation.h"' | ${CXX:-c++} -std=c++17 -fsyntax-only -I"$prefix/include/nrv" -x c++ -
-# The README's C++ example compiles as shown against the installed headers.
-awk '/^```cpp$/ { on = 1; next } /^```$/ { on = 0 } on' README.md |
+# The README's first C++ example, a whole program, compiles as shown against
+# the installed headers.
+awk '/^```cpp$/ { on = 1; next } on && /^```$/ { exit } on' README.md |
   ${CXX:-c++} -std=c++17 -Wall -Wextra -Werror -fsyntax-only -I"$prefix/include/nrv" -x c++ -
 
 echo "-- consumer-cmake (find_package)"
