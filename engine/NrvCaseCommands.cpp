@@ -47,6 +47,9 @@ NRVRESULT CNrvOperationMakeUpperCase::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(&Text, 1);
     if (result < 0)
         return result;
+    const NRVRESULT limits = CheckCopyLimits(Text);
+    if (limits < 0)
+        return limits;
     return WriteConvertedCase<true>(TextOf(Text), Text.GetResultStringLength(), Result);
 }
 
@@ -56,6 +59,9 @@ NRVRESULT CNrvOperationMakeLowerCase::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(&Text, 1);
     if (result < 0)
         return result;
+    const NRVRESULT limits = CheckCopyLimits(Text);
+    if (limits < 0)
+        return limits;
     return WriteConvertedCase<false>(TextOf(Text), Text.GetResultStringLength(), Result);
 }
 
@@ -77,6 +83,9 @@ NRVRESULT CNrvOperationReplaceNonPrintableCharacters::Run(CNrvOperationResult& R
             ++nNonPrintable;
     }
     const size_t nNewSize = (nText - nNonPrintable) + nNonPrintable * nReplacement;
+    const NRVRESULT limits = CheckLimits(nNewSize, nText + nNewSize);
+    if (limits < 0)
+        return limits;
     std::unique_ptr<char[]> pszResult(new char[nNewSize + 1]);
     size_t index = 0;
     for (size_t i = 0; i < nText; ++i) {

@@ -65,7 +65,12 @@ CNrvDataEditingProfile::CNrvDataEditingProfile()
       m_nEditedDataLength(0),
       m_nEditedDataCapacity(0),
       m_pszEditBuffer(nullptr),
-      m_nEditBufferCapacity(0)
+      m_nEditBufferCapacity(0),
+      m_bLimits(false),
+      m_nLimitMaximumTextSize(0),
+      m_nLimitWorkBase(0),
+      m_nLimitWorkPerScanByte(0),
+      m_nWorkLeft(0)
 {
 }
 
@@ -142,6 +147,8 @@ NRVRESULT CNrvDataEditingProfile::Edit(TNrvScanDecodedData* pDecodedData)
     if (!CheckIfTriggerConditionAreMet(pDecodedData))
         return NRV_OK_NOT_TRIGGERED;
 
+    if (m_bLimits)
+        StartWorkBudget(pDecodedData->String.nLength);
     NRVRESULT result = WriteOriginalDecodedData(pDecodedData->String.pValue, pDecodedData->String.nLength);
     if (result < 0)
         return result;
@@ -161,6 +168,11 @@ NRVRESULT CNrvDataEditingProfile::Edit(TNrvScanDecodedData* pDecodedData)
             return result;
         const char* pszText = value.GetResultString();
         const size_t nText = pszText != nullptr ? value.GetResultStringLength() : 0;
+        if (m_bLimits) {
+            result = ChargeWork(nLength + nText, nText);
+            if (result < 0)
+                return result;
+        }
         Reserve(&m_pszEditBuffer, &m_nEditBufferCapacity, nLength + nText + 1, nLength, m_nEditedDataCapacity);
         if (nText != 0)
             memcpy(m_pszEditBuffer + nLength, pszText, nText);
@@ -299,5 +311,47 @@ NRVRESULT CNrvDataEditingProfile::WriteTriggerMinimumSize(size_t nSize)
 NRVRESULT CNrvDataEditingProfile::WriteTriggerMaximumSize(size_t nSize)
 {
     m_nTriggerMaximumSize = nSize;
+    return NRV_OK;
+}
+
+NRVRESULT CNrvDataEditingProfile::WriteLimitMaximumTextSize(size_t nBytes)
+{
+    m_nLimitMaximumTextSize = nBytes;
+    m_bLimits = (m_nLimitMaximumTextSize | m_nLimitWorkBase | m_nLimitWorkPerScanByte) != 0;
+    return NRV_OK;
+}
+
+NRVRESULT CNrvDataEditingProfile::WriteLimitWorkBudget(size_t nBase, size_t nPerScanByte)
+{
+    m_nLimitWorkBase = nBase;
+    m_nLimitWorkPerScanByte = nPerScanByte;
+    m_bLimits = (m_nLimitMaximumTextSize | m_nLimitWorkBase | m_nLimitWorkPerScanByte) != 0;
+    return NRV_OK;
+}
+
+void CNrvDataEditingProfile::StartWorkBudget(size_t nScanLength)
+{
+    // Saturates: a budget too large for a size is no limit at all.
+    const size_t nMax = static_cast<size_t>(-1);
+    size_t nBudget = nMax;
+    if (nScanLength == 0 || m_nLimitWorkPerScanByte <= nMax / nScanLength) {
+        const size_t nPerScan = m_nLimitWorkPerScanByte * nScanLength;
+        if (nPerScan <= nMax - m_nLimitWorkBase)
+            nBudget = m_nLimitWorkBase + nPerScan;
+    }
+    m_nWorkLeft = nBudget;
+}
+
+NRVRESULT CNrvDataEditingProfile::ChargeWork(size_t nResultSize, size_t nWork)
+{
+    if (m_nLimitMaximumTextSize != 0 && nResultSize > m_nLimitMaximumTextSize)
+        return NRV_ERR_TEXT_LIMIT;
+    if ((m_nLimitWorkBase | m_nLimitWorkPerScanByte) == 0)
+        return NRV_OK;
+    if (nWork > m_nWorkLeft) {
+        m_nWorkLeft = 0;
+        return NRV_ERR_WORK_LIMIT;
+    }
+    m_nWorkLeft -= nWork;
     return NRV_OK;
 }

@@ -40,6 +40,22 @@ public:
     NRVRESULT WriteTriggerMinimumSize(size_t nSize);
     NRVRESULT WriteTriggerMaximumSize(size_t nSize);
 
+    // Limits on one edit, none by default (0). A command that would build a
+    // text longer than nBytes fails with NRV_ERR_TEXT_LIMIT. Every edit may
+    // examine and copy nBase + nPerScanByte * (scan length) bytes (searches
+    // are charged a bound of their worst case before they start); past that
+    // a command fails with NRV_ERR_WORK_LIMIT. Either way the edit fails as
+    // any other: the record is left as it was.
+    NRVRESULT WriteLimitMaximumTextSize(size_t nBytes);
+    NRVRESULT WriteLimitWorkBudget(size_t nBase, size_t nPerScanByte);
+
+    // For the commands: true when a limit is set, so that the check below
+    // costs one branch when none is.
+    bool HasLimits() const { return m_bLimits; }
+    // Checks a result of nResultSize bytes against the largest text and
+    // takes nWork from the edit's budget.
+    NRVRESULT ChargeWork(size_t nResultSize, size_t nWork);
+
     // The decoded data of the record being edited, read by the commands.
     const char* GetOriginalDecodedData() const { return m_pszOriginalDecodedData; }
     size_t GetOriginalDecodedDataLength() const { return m_nOriginalDecodedDataLength; }
@@ -54,6 +70,7 @@ private:
     bool DoesContain(const char* pszData, const char* pszText, size_t nDataLength);
     NRVRESULT WriteOriginalDecodedData(const char* pszData, size_t nLength);
     static NRVRESULT WriteTriggerText(char** ppszTrigger, const char* pszText);
+    void StartWorkBudget(size_t nScanLength);
 
     CNrvList m_Operations;
     char* m_pszOriginalDecodedData;
@@ -78,6 +95,13 @@ private:
     size_t m_nEditedDataCapacity;
     char* m_pszEditBuffer;
     size_t m_nEditBufferCapacity;
+
+    // The limits (0: none), and what is left of the budget of this edit.
+    bool m_bLimits;
+    size_t m_nLimitMaximumTextSize;
+    size_t m_nLimitWorkBase;
+    size_t m_nLimitWorkPerScanByte;
+    size_t m_nWorkLeft;
 };
 
 #endif  // NRV_DATA_EDITING_PROFILE_H

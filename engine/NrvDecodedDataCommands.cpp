@@ -15,7 +15,11 @@ bool IsTrailerByte(char c)
 NRVRESULT CNrvOperationDecodedData::Run(CNrvOperationResult& Result) const
 {
     const char* pszData = m_pDataEditing->GetOriginalDecodedData();
-    return Result.WriteResult(pszData, m_pDataEditing->GetOriginalDecodedDataLength());
+    const size_t nLength = m_pDataEditing->GetOriginalDecodedDataLength();
+    const NRVRESULT limits = CheckLimits(nLength, nLength);
+    if (limits < 0)
+        return limits;
+    return Result.WriteResult(pszData, nLength);
 }
 
 NRVRESULT CNrvOperationDecodedDataWithoutTrailer::Run(CNrvOperationResult& Result) const
@@ -25,5 +29,8 @@ NRVRESULT CNrvOperationDecodedDataWithoutTrailer::Run(CNrvOperationResult& Resul
     // Data made only of trailer bytes, or none at all, keeps nothing.
     while (nKept > 0 && IsTrailerByte(pszData[nKept - 1]))
         --nKept;
+    const NRVRESULT limits = CheckLimits(nKept, m_pDataEditing->GetOriginalDecodedDataLength());
+    if (limits < 0)
+        return limits;
     return Result.WriteResult(pszData, nKept);
 }

@@ -40,6 +40,9 @@ NRVRESULT CNrvOperationEscapeCharacter::Run(CNrvOperationResult& Result) const
     // last may be a lone digit: at most size / 2 + 1 bytes come out. One more
     // byte holds a closing zero.
     const size_t maxSize = size / 2 + 1;
+    NRVRESULT limits = CheckLimits(0, size);
+    if (limits < 0)
+        return limits;
     std::unique_ptr<char[]> pszResult(new char[maxSize + 1]);
     signed char cResult = 0;  // the byte being assembled
     int count = 0;            // digits gathered into it since it was stored
@@ -67,6 +70,9 @@ NRVRESULT CNrvOperationEscapeCharacter::Run(CNrvOperationResult& Result) const
     if (cResult > 0)
         pszResult[index++] = static_cast<char>(cResult);
     pszResult[index] = '\0';
+    limits = CheckLimits(index, index);
+    if (limits < 0)
+        return limits;
     return Result.WriteResult(pszResult.get(), index);
 }
 

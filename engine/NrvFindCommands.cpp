@@ -45,6 +45,11 @@ NRVRESULT CNrvOperationFindFirstFromIndex::Run(CNrvOperationResult& Result) cons
             return NRV_ERR_OUT_OF_RANGE;
         pszSearchFrom = pszText + nStart;
     }
+    NRVRESULT limits = CheckPositionsFit(parameters[0].GetResultStringLength());
+    if (limits >= 0)
+        limits = CheckSearchLimits(parameters[0], parameters[2]);
+    if (limits < 0)
+        return limits;
     const char* pszFound = strstr(pszSearchFrom, TextOf(parameters[2]));
     const int32_t nPosition = pszFound != nullptr ? static_cast<int32_t>(pszFound - pszText) : kNrvIndexNotFound;
     // The offset applies to "not found" too: -2 + k.
@@ -65,6 +70,13 @@ NRVRESULT CNrvOperationFindLastFromIndex::Run(CNrvOperationResult& Result) const
         return result;
 
     const size_t nStart = parameters[1].GetResultInteger();
+    if (nStart != kNrvSizeIndexNotFound) {
+        NRVRESULT limits = CheckPositionsFit(parameters[0].GetResultStringLength());
+        if (limits >= 0)
+            limits = CheckSearchLimits(parameters[0], parameters[2]);
+        if (limits < 0)
+            return limits;
+    }
     if (nStart == kNrvSizeIndexNone) {
         // The last occurrence in the whole text; the offset is not applied.
         Result.SetResult(FindIndex(parameters[0], kNrvSizeIndexNone, parameters[2]));

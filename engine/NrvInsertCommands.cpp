@@ -58,6 +58,9 @@ NRVRESULT CNrvOperationInsertAfterIndex::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
+    const NRVRESULT limits = CheckCopyLimits(parameters[0], parameters[2]);
+    if (limits < 0)
+        return limits;
     return WriteInserted(parameters, true, Result);
 }
 
@@ -72,6 +75,9 @@ NRVRESULT CNrvOperationInsertBeforeIndex::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
+    const NRVRESULT limits = CheckCopyLimits(parameters[0], parameters[2]);
+    if (limits < 0)
+        return limits;
     return WriteInserted(parameters, false, Result);
 }
 

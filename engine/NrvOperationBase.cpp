@@ -81,3 +81,13 @@ const char* CNrvOperation::TextOf(CNrvOperationResult& Value)
     const char* pszText = Value.GetResultString();
     return pszText != nullptr ? pszText : "";
 }
+
+size_t CNrvOperation::SearchWork(size_t nText, size_t nSearch)
+{
+    // At most the whole search text compared at every byte of the text, a
+    // bound of a byte-by-byte search and of a test of set membership alike;
+    // saturated, so that an absurd case is charged everything. A search text
+    // is held in memory, so nSearch + 1 does not wrap.
+    const size_t nMax = static_cast<size_t>(-1);
+    return nText > nMax / (nSearch + 1) ? nMax : nText * (nSearch + 1);
+}

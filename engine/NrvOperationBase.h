@@ -2,12 +2,13 @@
 #define NRV_OPERATION_BASE_H
 
 #include <cstddef>
+#include <cstdint>
 
+#include "NrvDataEditingProfile.h"
 #include "NrvList.h"
 #include "NrvOperationResult.h"
 #include "NrvParsingString.h"
 
-class CNrvDataEditingProfile;
 class CNrvOperationDictionary;
 
 // Reserved index values. They travel as signed 32-bit integers and are read
@@ -78,10 +79,50 @@ protected:
     // empty text, so searches and copies never see a null pointer.
     static const char* TextOf(CNrvOperationResult& Value);
 
+    // Called before a command allocates a result or searches: NRV_OK, or the
+    // code of the profile's limit that the step would pass (see
+    // CNrvDataEditingProfile::WriteLimitMaximumTextSize). Without limits,
+    // the lengths are not even read.
+    NRVRESULT CheckLimits(size_t nResultSize, size_t nWork) const
+    {
+        return LimitsSet() ? m_pDataEditing->ChargeWork(nResultSize, nWork) : NRV_OK;
+    }
+    // A result as long as Text, or as Text and Added together.
+    NRVRESULT CheckCopyLimits(CNrvOperationResult& Text) const
+    {
+        return LimitsSet() ? ChargeCopy(Text.GetResultStringLength()) : NRV_OK;
+    }
+    NRVRESULT CheckCopyLimits(CNrvOperationResult& Text, CNrvOperationResult& Added) const
+    {
+        return LimitsSet() ? ChargeCopy(Text.GetResultStringLength() + Added.GetResultStringLength()) : NRV_OK;
+    }
+    // A search of nSearch bytes through nText bytes (or a test of each byte
+    // of the text against a set of nSearch bytes), charged a bound of its
+    // worst case.
+    NRVRESULT CheckSearchLimits(size_t nText, size_t nSearch) const
+    {
+        return LimitsSet() ? m_pDataEditing->ChargeWork(0, SearchWork(nText, nSearch)) : NRV_OK;
+    }
+    NRVRESULT CheckSearchLimits(CNrvOperationResult& Text, CNrvOperationResult& Search) const
+    {
+        return LimitsSet() ? CheckSearchLimits(Text.GetResultStringLength(), Search.GetResultStringLength()) : NRV_OK;
+    }
+    // Positions travel as signed 32-bit integers: a command that yields or
+    // searches by position refuses a text they cannot all reach.
+    static NRVRESULT CheckPositionsFit(size_t nLength)
+    {
+        return nLength > static_cast<size_t>(INT32_MAX) ? NRV_ERR_TEXT_TOO_LONG : NRV_OK;
+    }
+
     CNrvDataEditingProfile* m_pDataEditing;
     CNrvList m_OperationsList;
 
 private:
+    // One branch on an edit without limits. Commands made without a profile
+    // (by hand, in tests) have none.
+    bool LimitsSet() const { return m_pDataEditing != nullptr && m_pDataEditing->HasLimits(); }
+    NRVRESULT ChargeCopy(size_t nSize) const { return m_pDataEditing->ChargeWork(nSize, nSize); }
+    static size_t SearchWork(size_t nText, size_t nSearch);
     static NRVRESULT ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvOperationDictionary* pDictionary,
                                  char cOpen, char cClose, CNrvParsingString* pParsingString,
                                  CNrvList* pOperationsList, size_t nDepth);

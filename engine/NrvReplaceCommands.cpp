@@ -19,6 +19,9 @@ NRVRESULT CNrvOperationReplace::Run(CNrvOperationResult& Result) const
     // The text must be strictly longer than what is searched for.
     if (nText <= nSearch)
         return NRV_ERR_OUT_OF_RANGE;
+    NRVRESULT limits = CheckSearchLimits(nText, nSearch);
+    if (limits < 0)
+        return limits;
 
     // Both texts are zero-terminated, so the search stops at the first zero
     // byte of either; an empty search text is found at 0.
@@ -34,6 +37,9 @@ NRVRESULT CNrvOperationReplace::Run(CNrvOperationResult& Result) const
         return Result.WriteResult(pszText, nText);
 
     const size_t newSize = nText - nSearch + nReplacement;
+    limits = CheckLimits(newSize, newSize);
+    if (limits < 0)
+        return limits;
     std::unique_ptr<char[]> pszResult(new char[newSize + 1]);
     char* pOut = pszResult.get();
     memcpy(pOut, pszText, indexStart);
@@ -68,6 +74,9 @@ NRVRESULT CNrvOperationSubstitute::Run(CNrvOperationResult& Result) const
 
     if (sizeSearch == 0)
         return NRV_ERR_OUT_OF_RANGE;
+    NRVRESULT limits = CheckSearchLimits(sizeInput, sizeSearch);
+    if (limits < 0)
+        return limits;
 
     if (sizeSearch == 1 && sizeReplacement == 1) {
         // One byte for another, the usual case (a separator made visible):
@@ -102,6 +111,9 @@ NRVRESULT CNrvOperationSubstitute::Run(CNrvOperationResult& Result) const
             nCount += abInSet[pInput[i]];
     }
     const size_t newSize = sizeInput - nCount + nCount * sizeReplacement;
+    limits = CheckLimits(newSize, newSize);
+    if (limits < 0)
+        return limits;
     std::unique_ptr<char[]> pszResult(new char[newSize + 1]);
     if (sizeReplacement == 1) {
         const char cReplacement = pszReplacement[0];

@@ -42,6 +42,9 @@ NRVRESULT CNrvOperationSubstring::Run(CNrvOperationResult& Result) const
         nStop = nLength;
     if (nStart > nStop)
         nStart = nStop;
+    const NRVRESULT limits = CheckLimits(nStop - nStart, nStop - nStart);
+    if (limits < 0)
+        return limits;
     return WritePiece(pszText, nStart, nStop, Result);
 }
 
@@ -55,6 +58,13 @@ NRVRESULT CNrvOperationExtract::Run(CNrvOperationResult& Result) const
     const size_t nLength = Params[0].GetResultStringLength();
     if (nLength == 0 || Params[1].GetResultStringLength() == 0 || Params[2].GetResultStringLength() == 0)
         return NRV_ERR_OUT_OF_RANGE;
+    NRVRESULT limits = CheckPositionsFit(nLength);
+    if (limits >= 0)
+        limits = CheckSearchLimits(Params[0], Params[1]);
+    if (limits >= 0)
+        limits = CheckSearchLimits(Params[0], Params[2]);
+    if (limits < 0)
+        return limits;
 
     // A missing start marker means from the beginning, a missing stop marker
     // to the end.

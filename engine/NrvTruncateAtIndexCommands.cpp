@@ -47,6 +47,9 @@ NRVRESULT CNrvOperationTruncateAfterIndex::Run(CNrvOperationResult& Result) cons
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
+    const NRVRESULT limits = CheckCopyLimits(parameters[0]);
+    if (limits < 0)
+        return limits;
     return WriteCut(parameters, true, Result);
 }
 
@@ -61,6 +64,9 @@ NRVRESULT CNrvOperationTruncateBeforeIndex::Run(CNrvOperationResult& Result) con
     const NRVRESULT result = RunParameters(parameters, 3);
     if (result < 0)
         return result;
+    const NRVRESULT limits = CheckCopyLimits(parameters[0]);
+    if (limits < 0)
+        return limits;
     return WriteCut(parameters, false, Result);
 }
 

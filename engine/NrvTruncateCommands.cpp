@@ -41,6 +41,9 @@ NRVRESULT CNrvOperationTruncateFromBeginning::Run(CNrvOperationResult& Result) c
     const NRVRESULT result = RunParameters(parameters, 2);
     if (result < 0)
         return result;
+    const NRVRESULT limits = CheckCopyLimits(parameters[0]);
+    if (limits < 0)
+        return limits;
     return WriteTruncated(parameters, true, Result);
 }
 
@@ -55,6 +58,9 @@ NRVRESULT CNrvOperationTruncateFromEnd::Run(CNrvOperationResult& Result) const
     const NRVRESULT result = RunParameters(parameters, 2);
     if (result < 0)
         return result;
+    const NRVRESULT limits = CheckCopyLimits(parameters[0]);
+    if (limits < 0)
+        return limits;
     return WriteTruncated(parameters, false, Result);
 }
 

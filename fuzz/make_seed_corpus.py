@@ -1,12 +1,16 @@
 #!/usr/bin/env python3
 """Writes the seed corpus of the fuzz targets: the expressions found in the
 README and in the tests, and, for the edit target, each of them joined to a
-scan (real scans from a TSV of decoded data when one is given, otherwise a
-few made-up ones). Run from the repository root:
+scan (a few made-up ones and up to 40 real ones). Run from anywhere:
 
-    python3 fuzz/make_seed_corpus.py [scans.tsv]
+    python3 fuzz/make_seed_corpus.py SCANS.tsv
 
-Existing seed-* files are replaced; other corpus files are left alone."""
+SCANS.tsv: a table of real decoded data with a header line and three
+tab-separated columns (symbology, sample, the scan's bytes in hexadecimal).
+The committed seeds were made from the scans table this project was given.
+
+The existing seed-* files are replaced only once the table has been read;
+other corpus files are left alone. Without SCANS.tsv nothing is written."""
 import glob
 import hashlib
 import os
@@ -65,15 +69,14 @@ def expressions():
 
 def scans(tsv):
     chosen = [b"AB-CD-EF\r\n", b"12345\r\n", b"", bytes([0, 1, 0x7F, 0x80, 0xFF]), b"ab,cd{x}(y)"]
-    if tsv and os.path.exists(tsv):
-        rows = []
-        with open(tsv, encoding="utf-8") as table:
-            for line in table.read().splitlines()[1:]:
-                fields = line.split("\t")
-                if len(fields) == 3 and len(fields[2]) <= 2 * 200:
-                    rows.append(bytes.fromhex(fields[2]))
-        rows.sort(key=lambda data: (hashlib.sha1(data).hexdigest()))
-        chosen += rows[:40]
+    rows = []
+    with open(tsv, encoding="utf-8") as table:
+        for line in table.read().splitlines()[1:]:
+            fields = line.split("\t")
+            if len(fields) == 3 and len(fields[2]) <= 2 * 200:
+                rows.append(bytes.fromhex(fields[2]))
+    rows.sort(key=lambda data: (hashlib.sha1(data).hexdigest()))
+    chosen += rows[:40]
     return chosen
 
 
@@ -85,12 +88,19 @@ def write(target, data):
 
 
 def main():
-    tsv = sys.argv[1] if len(sys.argv) > 1 else None
+    if len(sys.argv) != 2 or sys.argv[1].startswith("-"):
+        sys.stderr.write("usage: python3 fuzz/make_seed_corpus.py SCANS.tsv\n\n%s\n" % __doc__.split("\n\n", 2)[2])
+        return 2
+    tsv = sys.argv[1]
+    try:
+        scan_list = scans(tsv)
+    except (OSError, ValueError) as error:
+        sys.stderr.write("make_seed_corpus.py: cannot read %s: %s\n" % (tsv, error))
+        return 2
+    exprs = expressions()
     for target in ("parse", "edit", "structures"):
         for old in glob.glob(os.path.join(CORPUS, target, "seed-*")):
             os.remove(old)
-    exprs = expressions()
-    scan_list = scans(tsv)
     for index, expression in enumerate(exprs):
         write("parse", expression)
         write("edit", expression + b"\0" + scan_list[index % len(scan_list)])
@@ -104,4 +114,4 @@ def main():
 
 
 if __name__ == "__main__":
-    main()
+    sys.exit(main())

@@ -5,7 +5,8 @@
 # the reproducer in WORK/artifacts/.
 #
 # usage: fuzz/run.sh [-t SECONDS] [-b BUILD_DIR] [-w WORK_DIR] [TARGET...]
-#   TARGET        parse, edit, structures or rules (default: all four, one after the other)
+#   TARGET        a fuzz/fuzz_TARGET.cpp: parse, edit, structures, rules, ...
+#                 (default: every one, one after the other)
 #   -t SECONDS    time per target (default 60)
 #   -b BUILD_DIR  build directory (default build-fuzz)
 #   -w WORK_DIR   grown corpora and artifacts (default BUILD_DIR/fuzz-work);
@@ -16,17 +17,34 @@ cd "$(dirname "$0")/.."
 seconds=60
 build=build-fuzz
 work=
-while getopts "t:b:w:" option; do
+usage() {  # the comment at the top, without its '#'
+  awk 'NR > 1 && !/^#/ { exit } NR > 1 { sub(/^# ?/, ""); print }' "$0"
+}
+while getopts ":t:b:w:h" option; do
   case $option in
     t) seconds=$OPTARG ;;
     b) build=$OPTARG ;;
     w) work=$OPTARG ;;
-    *) sed -n '2,13p' "$0"; exit 2 ;;
+    h) usage; exit 0 ;;
+    :) echo "fuzz/run.sh: -$OPTARG needs a value" >&2; usage >&2; exit 2 ;;
+    *) echo "fuzz/run.sh: unknown option -$OPTARG" >&2; usage >&2; exit 2 ;;
   esac
 done
 shift $((OPTIND - 1))
+# The targets are the fuzz/fuzz_NAME.cpp files.
+known=()
+for source in fuzz/fuzz_*.cpp; do
+  name=${source#fuzz/fuzz_}
+  known+=("${name%.cpp}")
+done
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(parse edit structures rules)
+[ ${#targets[@]} -gt 0 ] || targets=("${known[@]}")
+for target in "${targets[@]}"; do
+  case " ${known[*]} " in
+    *" $target "*) ;;
+    *) echo "fuzz/run.sh: unknown target '$target' (known: ${known[*]})" >&2; exit 2 ;;
+  esac
+done
 work=${work:-$build/fuzz-work}
 
 if [ ! -f "$build/CMakeCache.txt" ]; then

@@ -18,6 +18,14 @@ typedef int64_t NRVRESULT;
 #define NRV_ERR_SYNTAX ((NRVRESULT)-52)
 #define NRV_ERR_UNKNOWN_COMMAND ((NRVRESULT)-83)
 #define NRV_ERR_PARAMETER_COUNT ((NRVRESULT)-84)
+// A result would be larger than the profile's largest text (a limit the
+// application sets; none by default).
+#define NRV_ERR_TEXT_LIMIT ((NRVRESULT)-60)
+// The edit used up the work budget the application gave the profile.
+#define NRV_ERR_WORK_LIMIT ((NRVRESULT)-61)
+// A text of 2 GiB or more reached a command whose positions travel in 32
+// bits: refused rather than answered wrongly. Always checked.
+#define NRV_ERR_TEXT_TOO_LONG ((NRVRESULT)-62)
 
 #define NRV_SUCCEEDED(result) ((result) >= 0)
 #define NRV_FAILED(result) ((result) < 0)

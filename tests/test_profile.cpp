@@ -222,6 +222,11 @@ TEST(Profile, EditsOnlyScansThatMeetEveryTrigger)
         {{{kSymbology, kNrvScanSymbologyQRCode, nullptr}}, "abc", kNrvScanSymbologyCode128, false},
         {{{kSymbology, kNrvScanSymbologyQRCode, nullptr}, {kSymbology, kNrvScanSymbologyCode128, nullptr}},
          "abc", kNrvScanSymbologyCode128, true},
+        // The first of two listed symbologies matches: the search stops there.
+        {{{kSymbology, kNrvScanSymbologyCode128, nullptr}, {kSymbology, kNrvScanSymbologyQRCode, nullptr}},
+         "abc", kNrvScanSymbologyCode128, true},
+        {{{kContains, 0, "longer than the scan"}}, "abc", kNrvScanSymbologyAztec, false},
+        {{{kContains, 0, "ab"}}, "ac", kNrvScanSymbologyAztec, false},  // first byte matches at the last place
         {{{kContains, 0, "10AB"}}, gs1, kNrvScanSymbologyEan128, true},
         {{{kContains, 0, "Z"}}, gs1, kNrvScanSymbologyEan128, true},  // found behind a zero byte
         {{{kContains, 0, "ZZ"}}, gs1, kNrvScanSymbologyEan128, false},

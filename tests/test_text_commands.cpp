@@ -286,3 +286,24 @@ TEST(Commands, FailingFirstParameterStopsTheRun)
         delete pOperation;  // deletes its parameters with it
     }
 }
+
+// Every hexadecimal digit, in both cases, in both halves of a byte: a digit
+// misread (or read as a separator) changes the byte or the byte count.
+TEST(Commands, EscapeCharacterReadsEveryHexDigitInBothCases)
+{
+    const std::string digits = "0123456789abcdefABCDEF";
+    std::vector<std::string> expressions;  // kept alive for the rows' pointers
+    std::vector<std::string> bytes;
+    for (const char c : digits) {
+        const int nValue = c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10;
+        // "d1" is d * 16 + 1; "1d" is 16 + d.
+        expressions.push_back("{EscapeCharacter(" + std::string(1, c) + "1)}");
+        bytes.emplace_back(1, static_cast<char>(nValue * 16 + 1));
+        expressions.push_back("{EscapeCharacter(1" + std::string(1, c) + ")}");
+        bytes.emplace_back(1, static_cast<char>(16 + nValue));
+    }
+    std::vector<TEditRow> rows;
+    for (size_t i = 0; i < expressions.size(); ++i)
+        rows.push_back({expressions[i].c_str(), "", NRV_OK, bytes[i]});
+    ExpectEdits(rows);
+}

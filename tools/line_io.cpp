@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -86,19 +87,26 @@ bool CLineReader::Next(char** ppLine, size_t* pnLength)
         char* const pNewline =
             static_cast<char*>(memchr(m_pBuffer + m_nSearch, '\n', m_nEnd - m_nSearch));
         if (pNewline != nullptr) {
-            *ppLine = m_pBuffer + m_nStart;
-            *pnLength = static_cast<size_t>(pNewline - *ppLine);
+            char* const pLine = m_pBuffer + m_nStart;
             m_nStart = m_nSearch = static_cast<size_t>(pNewline - m_pBuffer) + 1;
-            return true;
+            return EndLine(pLine, static_cast<size_t>(pNewline - pLine), ppLine, pnLength);
         }
         if (m_nErrno != 0)
             return false;  // an unfinished line may be cut short: not a scan
         if (m_bEof) {
-            if (m_nStart == m_nEnd)
+            if (m_nStart == m_nEnd && m_Piece != kLongLinePiece)
                 return false;
-            *ppLine = m_pBuffer + m_nStart;  // the last line, without '\n'
+            char* const pLine = m_pBuffer + m_nStart;  // the last line, without '\n'
+            const size_t nLength = m_nEnd - m_nStart;
+            m_nStart = m_nSearch = m_nEnd;
+            return EndLine(pLine, nLength, ppLine, pnLength);
+        }
+        // Past the maximum, what is read of the line goes out at once.
+        if (m_nMaximumLine != 0 && m_nEnd - m_nStart > (m_Piece == kLongLinePiece ? 0 : m_nMaximumLine)) {
+            *ppLine = m_pBuffer + m_nStart;
             *pnLength = m_nEnd - m_nStart;
             m_nStart = m_nSearch = m_nEnd;
+            m_Piece = kLongLinePiece;
             return true;
         }
 
@@ -117,8 +125,10 @@ bool CLineReader::Next(char** ppLine, size_t* pnLength)
             m_pBuffer = pBigger;
             m_nCapacity *= 2;
         }
-        if (m_pFlushFirst != nullptr)
+        if (m_pFlushFirst != nullptr) {
             m_pFlushFirst->Flush();
+            fflush(stderr);  // buffered too: the messages about the lines just written
+        }
         const ssize_t nRead = ::read(m_fd, m_pBuffer + m_nEnd, m_nCapacity - m_nEnd);
         if (nRead < 0 && errno == EINTR)
             continue;
@@ -129,4 +139,13 @@ bool CLineReader::Next(char** ppLine, size_t* pnLength)
         else
             m_nEnd += static_cast<size_t>(nRead);
     }
+}
+
+bool CLineReader::EndLine(char* pLine, size_t nLength, char** ppLine, size_t* pnLength)
+{
+    const bool bLong = m_Piece == kLongLinePiece || (m_nMaximumLine != 0 && nLength > m_nMaximumLine);
+    m_Piece = bLong ? kLongLineEnd : kWholeLine;
+    *ppLine = pLine;
+    *pnLength = nLength;
+    return true;
 }

@@ -46,7 +46,15 @@ public:
     bool ReadFailed() const { return m_nErrno != 0; }
     int Errno() const { return m_nErrno; }
 
+    // A line longer than nBytes (0: no limit) is handed out in pieces as it
+    // arrives instead of being held whole; Piece() tells what Next gave.
+    enum EPiece { kWholeLine, kLongLinePiece, kLongLineEnd };
+    void SetMaximumLine(size_t nBytes) { m_nMaximumLine = nBytes; }
+    EPiece Piece() const { return m_Piece; }
+
 private:
+    bool EndLine(char* pLine, size_t nLength, char** ppLine, size_t* pnLength);
+
     int m_fd;
     COutput* m_pFlushFirst;
     char* m_pBuffer;
@@ -56,6 +64,8 @@ private:
     size_t m_nSearch;  // where to look for the next '\n'
     bool m_bEof;
     int m_nErrno;
+    size_t m_nMaximumLine = 0;
+    EPiece m_Piece = kWholeLine;
 };
 
 #endif  // NRV_EDIT_LINE_IO_H

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,7 @@
 #include "line_io.h"
 #include "options.h"
 #include "rules_mode.h"
+#include "stderr_sink.h"
 
 #ifndef NRV_EDIT_VERSION
 #define NRV_EDIT_VERSION "unknown"
@@ -53,11 +55,11 @@ bool DecodeTrigger(const char* pszName, const char* pszText, bool bEscapes, std:
     }
     std::string problem;
     if (!NrvUnescape(pszText, strlen(pszText), pOut, &problem)) {
-        *pError = std::string(pszName) + " '" + pszText + "': " + problem;
+        *pError = std::string(pszName) + " '" + ForMessage(pszText) + "': " + problem;
         return false;
     }
     if (pOut->find('\0') != std::string::npos) {
-        *pError = std::string(pszName) + " '" + pszText + "': a trigger text cannot hold a zero byte";
+        *pError = std::string(pszName) + " '" + ForMessage(pszText) + "': a trigger text cannot hold a zero byte";
         return false;
     }
     return true;
@@ -67,11 +69,21 @@ struct STriggerTexts {
     std::string contains, startsWith, endsWith;
 };
 
-// Edits scans one at a time and prints one line for each.
+// A code that says the edit passed one of the profile's limits: explaining
+// it would run the expression again without them.
+bool IsLimit(NRVRESULT result)
+{
+    return result == NRV_ERR_TEXT_LIMIT || result == NRV_ERR_WORK_LIMIT || result == NRV_ERR_TEXT_TOO_LONG;
+}
+
+// Edits scans one at a time and prints one line for each. A scan whose edit
+// fails, passes a limit or runs out of memory is reported and printed as
+// it came; the batch goes on. Printing stops at the first write error.
 class CScanPrinter {
 public:
     // pRules, when given, edits in the profile's place (--rules).
-    CScanPrinter(CNrvDataEditingProfile* pProfile, CRulesMode* pRules, const SOptions& options, COutput* pOutput)
+    CScanPrinter(CNrvDataEditingProfile* pProfile, CRulesMode* pRules, const SOptions& options, COutput* pOutput,
+                 CScanMessages* pMessages)
         : m_pProfile(pProfile),
           m_pRules(pRules),
           m_pszExpression(options.pszExpression),
@@ -84,6 +96,7 @@ public:
                           const_cast<char*>(NrvSymbologyName(options.symbology))},
           m_bEscapes(options.bEscapes),
           m_pOutput(pOutput),
+          m_pMessages(pMessages),
           m_nScan(0),
           m_bAnyFailed(false)
     {
@@ -93,7 +106,15 @@ public:
     {
         ++m_nScan;
         TNrvScanDecodedData record = {m_Symbology, m_SymbologyName, {nLength, pData}};
-        const NRVRESULT result = m_pRules != nullptr ? m_pRules->Edit(&record) : m_pProfile->Edit(&record);
+        NRVRESULT result;
+        try {
+            result = m_pRules != nullptr ? m_pRules->Edit(&record) : m_pProfile->Edit(&record);
+        } catch (const std::bad_alloc&) {
+            // The profile leaves the record untouched and stays usable.
+            m_pMessages->Report(m_nScan, "out of memory; the scan is printed unchanged");
+            m_bAnyFailed = true;
+            result = NRV_OK;
+        }
         if (m_bExplain) {
             Explain(result, pData, nLength, record.String);
             return;
@@ -113,6 +134,21 @@ public:
         m_pOutput->Write('\n');
     }
 
+    // A piece of a line longer than --max-line: written as read (with -e,
+    // still escaped), reported once, and counted as one scan.
+    void PassThrough(const char* pData, size_t nLength, bool bFirst, bool bLast, size_t nMaximum)
+    {
+        if (bFirst) {
+            ++m_nScan;
+            m_bAnyFailed = true;
+            m_pMessages->Report(m_nScan, "longer than --max-line " + std::to_string(nMaximum) +
+                                             " bytes; passed through unedited");
+        }
+        m_pOutput->Write(pData, nLength);
+        if (bLast)
+            m_pOutput->Write('\n');
+    }
+
     bool AnyFailed() const { return m_bAnyFailed; }
 
 private:
@@ -128,8 +164,16 @@ private:
     // the edits that succeed cost nothing more.
     void ReportFailure(NRVRESULT result, const char* pData, size_t nLength) const
     {
+        if (!m_pMessages->Admit())
+            return;  // past --max-errors: only counted, not explained
         if (m_pRules != nullptr && result == CRulesMode::kNoRuleMatched) {
             fprintf(stderr, "nrv-edit: scan %llu: no rule matched\n", m_nScan);
+            return;
+        }
+        if (IsLimit(result)) {
+            const char* pszName = NrvResultCodeName(result);
+            fprintf(stderr, "nrv-edit: scan %llu: %s (%s, %lld)\n", m_nScan, NrvResultCodeMeaning(result), pszName,
+                    static_cast<long long>(result));
             return;
         }
         const TNrvExplanation explanation = NrvExplain(LastExpression(), pData, nLength);
@@ -170,13 +214,15 @@ private:
     TNrvScanString m_SymbologyName;
     bool m_bEscapes;
     COutput* m_pOutput;
+    CScanMessages* m_pMessages;
     unsigned long long m_nScan;
     bool m_bAnyFailed;
     std::string m_Escaped;
 };
 
-int Finish(COutput* pOutput, const CScanPrinter& printer, const CRulesMode* pRules)
+int Finish(COutput* pOutput, const CScanPrinter& printer, const CRulesMode* pRules, const CScanMessages& messages)
 {
+    messages.Summarise();
     const bool bFlushed = pOutput->Flush();
     if (pRules != nullptr && pRules->WantsStats())
         pRules->PrintStats(stderr);  // after the output, the last thing said
@@ -187,9 +233,37 @@ int Finish(COutput* pOutput, const CScanPrinter& printer, const CRulesMode* pRul
     return printer.AnyFailed() ? kExitScanFailed : kExitOk;
 }
 
+// A trigger text longer than --max-size can never hold.
+bool CheckTriggerAgainstMaxSize(const char* pszName, const std::string& text, size_t nMaxSize, std::string* pError)
+{
+    if (nMaxSize == 0 || text.size() <= nMaxSize)
+        return true;
+    *pError = std::string(pszName) + " holds " + std::to_string(text.size()) + " bytes, more than --max-size " +
+              std::to_string(nMaxSize) + ": no scan could be edited";
+    return false;
+}
+
+int Run(int argc, char** argv);
+
 }  // namespace
 
 int main(int argc, char** argv)
+{
+    BufferStandardError();
+    int status;
+    try {
+        status = Run(argc, argv);
+    } catch (const std::bad_alloc&) {
+        // Everything printed so far has been flushed on the way out.
+        fprintf(stderr, "nrv-edit: out of memory\n");
+        status = kExitUsage;
+    }
+    return FinishStandardStreams(status);
+}
+
+namespace {
+
+int Run(int argc, char** argv)
 {
     SOptions options;
     std::string error;
@@ -224,12 +298,17 @@ int main(int argc, char** argv)
     if (options.pszEndsWith != nullptr &&
         !DecodeTrigger("--ends-with", options.pszEndsWith, options.bEscapes, &triggers.endsWith, &error))
         return UsageError(error);
+    if (!CheckTriggerAgainstMaxSize("--contains", triggers.contains, options.nMaxSize, &error) ||
+        !CheckTriggerAgainstMaxSize("--starts-with", triggers.startsWith, options.nMaxSize, &error) ||
+        !CheckTriggerAgainstMaxSize("--ends-with", triggers.endsWith, options.nMaxSize, &error))
+        return UsageError(error);
     std::vector<std::string> decodedArguments;
     if (options.bEscapes) {
         for (size_t i = 0; i < options.data.size(); ++i) {
             std::string decoded, problem;
             if (!NrvUnescape(options.data[i], strlen(options.data[i]), &decoded, &problem))
-                return UsageError("DATA argument " + std::to_string(i + 1) + " '" + options.data[i] + "': " + problem);
+                return UsageError("DATA argument " + std::to_string(i + 1) + " '" + ForMessage(options.data[i]) +
+                                  "': " + problem);
             decodedArguments.push_back(std::move(decoded));
         }
     }
@@ -270,18 +349,21 @@ int main(int argc, char** argv)
     profile.WriteTriggerContains(triggers.contains.c_str());
     profile.WriteTriggerStartsBy(triggers.startsWith.c_str());
     profile.WriteTriggerEndsWith(triggers.endsWith.c_str());
+    profile.WriteLimitMaximumTextSize(options.nMaxText);
+    profile.WriteLimitWorkBudget(options.nMaxWork != 0 ? SOptions::kWorkBase : 0, options.nMaxWork);
 
     COutput output(STDOUT_FILENO);
-    CScanPrinter printer(&profile, pRules.get(), options, &output);
+    CScanMessages messages(options.nMaxErrors);
+    CScanPrinter printer(&profile, pRules.get(), options, &output, &messages);
 
     if (bFromArguments) {
-        for (size_t i = 0; i < options.data.size(); ++i) {
+        for (size_t i = 0; i < options.data.size() && !output.Failed(); ++i) {
             if (options.bEscapes)
                 printer.EditAndPrint(&decodedArguments[i][0], decodedArguments[i].size());
             else
                 printer.EditAndPrint(options.data[i], strlen(options.data[i]));
         }
-        return Finish(&output, printer, pRules.get());
+        return Finish(&output, printer, pRules.get(), messages);
     }
 
     const bool bStandardInput = options.pszInput == nullptr || strcmp(options.pszInput, "-") == 0;
@@ -296,16 +378,24 @@ int main(int argc, char** argv)
             errno = EISDIR;
         }
         if (fd < 0)
-            return UsageError(std::string("cannot read '") + options.pszInput + "': " + strerror(errno));
+            return UsageError("cannot read '" + ForMessage(options.pszInput) + "': " + strerror(errno));
     }
 
     int status = kExitOk;
     {
         CLineReader reader(fd, &output);
+        reader.SetMaximumLine(options.nMaxLine);
         std::string decoded, problem;
         char* pLine = nullptr;
         size_t nLength = 0;
-        while (reader.Next(&pLine, &nLength)) {
+        bool bInLongLine = false;
+        while (!output.Failed() && reader.Next(&pLine, &nLength)) {
+            if (reader.Piece() != CLineReader::kWholeLine) {
+                const bool bLast = reader.Piece() == CLineReader::kLongLineEnd;
+                printer.PassThrough(pLine, nLength, !bInLongLine, bLast, options.nMaxLine);
+                bInLongLine = !bLast;
+                continue;
+            }
             if (!options.bEscapes) {
                 printer.EditAndPrint(pLine, nLength);
                 continue;
@@ -318,7 +408,7 @@ int main(int argc, char** argv)
             }
             printer.EditAndPrint(&decoded[0], decoded.size());
         }
-        if (status == kExitOk && reader.ReadFailed()) {
+        if (status == kExitOk && !output.Failed() && reader.ReadFailed()) {
             output.Flush();
             fprintf(stderr, "nrv-edit: cannot read %s: %s\n", pszInputName, strerror(reader.Errno()));
             status = kExitUsage;
@@ -326,5 +416,7 @@ int main(int argc, char** argv)
     }
     if (!bStandardInput)
         close(fd);
-    return status != kExitOk ? status : Finish(&output, printer, pRules.get());
+    return status != kExitOk ? status : Finish(&output, printer, pRules.get(), messages);
 }
+
+}  // namespace

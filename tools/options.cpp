@@ -4,9 +4,11 @@
 
 #include <cstdio>
 #include <cstring>
+#include <set>
 
 #include "NrvCommandTable.h"
 #include "NrvSymbologies.h"
+#include "stderr_sink.h"
 
 namespace {
 
@@ -27,6 +29,10 @@ enum {
     kOptRules,
     kOptStats,
     kOptRequireMatch,
+    kOptMaxText,
+    kOptMaxWork,
+    kOptMaxLine,
+    kOptMaxErrors,
 };
 
 const option kLongOptions[] = {
@@ -50,8 +56,21 @@ const option kLongOptions[] = {
     {"rules", required_argument, nullptr, kOptRules},
     {"stats", no_argument, nullptr, kOptStats},
     {"require-match", no_argument, nullptr, kOptRequireMatch},
+    {"max-text", required_argument, nullptr, kOptMaxText},
+    {"max-work", required_argument, nullptr, kOptMaxWork},
+    {"max-line", required_argument, nullptr, kOptMaxLine},
+    {"max-errors", required_argument, nullptr, kOptMaxErrors},
     {nullptr, 0, nullptr, 0},
 };
+
+// "--name" of an option, whichever way it was written.
+std::string NameOf(int c)
+{
+    for (const option* p = kLongOptions; p->name != nullptr; ++p)
+        if (p->val == c)
+            return std::string("--") + p->name;
+    return std::string();
+}
 
 // Decimal digits only: a size has no sign, and "1e3" or "" is a mistake.
 bool ParseSize(const char* pszText, size_t* pnSize)
@@ -93,9 +112,14 @@ bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError
     opterr = 0;  // our own messages, in our own format
     optind = 1;
     int c;
+    std::set<int> given;  // options that take one value, seen so far
     // The leading ':' makes a missing value report ':' rather than '?'.
     while ((c = getopt_long(argc, argv, ":es:i:h", kLongOptions, nullptr)) != -1) {
-        const std::string option = argv[optind - 1];
+        const std::string option = ForMessage(argv[optind - 1]);
+        if (optarg != nullptr && c != kOptOnlySymbology && !given.insert(c).second) {
+            *pError = "option '" + NameOf(c) + "' given twice (it takes one value)";
+            return false;
+        }
         switch (c) {
         case 'e': pOptions->bEscapes = true; break;
         case 'i': pOptions->pszInput = optarg; break;
@@ -108,7 +132,7 @@ bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError
         case kOptJson: pOptions->bJson = true; break;
         case kOptColor:
             if (!ParseColor(optarg, &pOptions->color)) {
-                *pError = std::string("invalid value '") + optarg + "' for --color (auto, always or never)";
+                *pError = "invalid value '" + ForMessage(optarg) + "' for --color (auto, always or never)";
                 return false;
             }
             break;
@@ -122,7 +146,7 @@ bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError
         case kOptOnlySymbology: {
             ENrvScanSymbologyID id;
             if (!NrvParseSymbology(optarg, &id)) {
-                *pError = std::string("unknown symbology '") + optarg + "' (see --help for the names)";
+                *pError = "unknown symbology '" + ForMessage(optarg) + "' (see --help for the names)";
                 return false;
             }
             if (c == 's')
@@ -133,21 +157,41 @@ bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError
         }
         case kOptMinSize:
         case kOptMaxSize:
-            if (!ParseSize(optarg, c == kOptMinSize ? &pOptions->nMinSize : &pOptions->nMaxSize)) {
-                *pError = std::string("invalid size '") + optarg + "' for " +
-                          (c == kOptMinSize ? "--min-size" : "--max-size") + " (a decimal byte count)";
+        case kOptMaxText:
+        case kOptMaxWork:
+        case kOptMaxLine:
+        case kOptMaxErrors: {
+            size_t* const pnValue = c == kOptMinSize    ? &pOptions->nMinSize
+                                    : c == kOptMaxSize  ? &pOptions->nMaxSize
+                                    : c == kOptMaxText  ? &pOptions->nMaxText
+                                    : c == kOptMaxWork  ? &pOptions->nMaxWork
+                                    : c == kOptMaxLine  ? &pOptions->nMaxLine
+                                                        : &pOptions->nMaxErrors;
+            if (!ParseSize(optarg, pnValue)) {
+                const std::string name = NameOf(c);
+                *pError = c == kOptMaxErrors
+                              ? "invalid count '" + ForMessage(optarg) + "' for " + name + " (a decimal count)"
+                              : "invalid size '" + ForMessage(optarg) + "' for " + name + " (a decimal byte count)";
                 return false;
             }
             break;
+        }
         case ':':
             *pError = "option '" + option + "' needs a value";
             return false;
-        default:
+        default: {
             // A short option unknown to getopt is in optopt; a long one is the whole argument.
-            *pError = optopt != 0 ? std::string("unknown option '-") + static_cast<char>(optopt) + "'"
+            const char cOption = static_cast<char>(optopt);
+            *pError = optopt != 0 ? "unknown option '-" + ForMessage(&cOption, 1) + "'"
                                   : "unknown option '" + option + "'";
             return false;
         }
+        }
+    }
+    if (pOptions->nMinSize != 0 && pOptions->nMaxSize != 0 && pOptions->nMinSize > pOptions->nMaxSize) {
+        *pError = "--min-size " + std::to_string(pOptions->nMinSize) + " is above --max-size " +
+                  std::to_string(pOptions->nMaxSize) + ": no scan could be edited";
+        return false;
     }
     if ((pOptions->bStats || pOptions->bRequireMatch) && pOptions->pszRules == nullptr) {
         *pError = std::string(pOptions->bStats ? "--stats" : "--require-match") + " goes with --rules only";
@@ -187,6 +231,14 @@ void PrintHelp()
           "  -h, --help               show this help\n"
           "      --version            show the version\n"
           "\n"
+          "Limits (0: none; a scan that passes one is reported and printed unchanged):\n"
+          "      --max-text N         the largest text an edit may build (default 16777216)\n"
+          "      --max-work N         work per scan byte an edit may do, on top of 64 MiB\n"
+          "                           (bytes examined or copied; default 4096)\n"
+          "      --max-line N         longer lines are passed through unedited, never read\n"
+          "                           whole (default 4194304)\n"
+          "      --max-errors N       per-scan messages shown; the rest are counted (default 100)\n"
+          "\n"
           "Triggers (a scan that fails one is printed unchanged):\n"
           "      --min-size N         edit only scans of at least N bytes\n"
           "      --max-size N         edit only scans of at most N bytes\n"
@@ -203,9 +255,10 @@ void PrintHelp()
           "                           how many failed, how many no rule matched\n"
           "      --require-match      a scan no rule matched is a failure (printed unchanged)\n"
           "\n"
-          "Exit status: 0 every scan edited or passed through; 1 some scan's edit failed\n"
-          "(that scan is printed unchanged); 2 usage error, an expression that does not parse,\n"
-          "or a rules file with errors.\n"
+          "Exit status: 0 every scan edited or passed through; 1 some scan's edit failed or\n"
+          "passed a limit (that scan is printed unchanged); 2 usage error, an expression\n"
+          "that does not parse, a rules file with errors, or a read or write error (the\n"
+          "tool stops at the first).\n"
           "\n"
           "Commands (--list-commands shows their parameters):\n",
           stdout);

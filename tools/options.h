@@ -36,6 +36,15 @@ struct SOptions {
     bool bStats = false;
     bool bRequireMatch = false;
 
+    // What one scan may cost (0: no limit): the largest text an edit may
+    // build, the work budget per scan byte (on top of kWorkBase), the
+    // longest line read as a scan, and the per-scan messages shown.
+    static constexpr size_t kWorkBase = 64u << 20;
+    size_t nMaxText = 16u << 20;
+    size_t nMaxWork = 4096;
+    size_t nMaxLine = 4u << 20;
+    size_t nMaxErrors = 100;
+
     const char* pszExpression = nullptr;
     std::vector<char*> data;  // DATA arguments, as given
 };

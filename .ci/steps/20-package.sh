@@ -34,6 +34,10 @@ if [ -f build-pkg/tools/nrv-edit ]; then
 fi
 # Every header the umbrella pulls in must be there: compile it alone.
 echo '#include "NrvOperation.h"' | ${CXX:-c++} -std=c++17 -fsyntax-only -I"$prefix/include/nrv" -x c++ -
+# The README's first C++ example, a whole program, compiles as shown against
+# the installed headers.
+awk '/^```cpp$/ { on = 1; next } on && /^```$/ { exit } on' README.md |
+  ${CXX:-c++} -std=c++17 -Wall -Wextra -Werror -fsyntax-only -I"$prefix/include/nrv" -x c++ -
 
 echo "-- consumer-cmake (find_package)"
 cmake -S examples/consumer-cmake -B "$work/consumer-cmake" ${generator[@]+"${generator[@]}"} \
@@ -47,6 +51,9 @@ mkdir "$work/consumer-pkgconfig"
   PKG_CONFIG_PATH="$prefix/lib/pkgconfig" make -f "$src/examples/consumer-pkgconfig/Makefile" \
     CXXFLAGS="-O2 -Wall -Wextra -Werror")
 out=$(printf 'AB1234\r\n\nXY' | "$work/consumer-pkgconfig/nrv_filter" '[{DecodedDataWithoutTrailer()}]')
+# Cleaning needs no package.
+(cd "$work/consumer-pkgconfig" && env -u PKG_CONFIG_PATH make -s -f "$src/examples/consumer-pkgconfig/Makefile" clean)
+[ ! -e "$work/consumer-pkgconfig/nrv_filter" ] || { echo "make clean left nrv_filter" >&2; exit 1; }
 printf '%s\n' "$out"
 expected=$(printf '[AB1234]\t0\n[]\t0\n[XY]\t0')
 [ "$out" = "$expected" ] || { echo "consumer-pkgconfig printed something else" >&2; exit 1; }

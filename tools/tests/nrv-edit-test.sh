@@ -7,6 +7,7 @@
 # Groups: parse-error failing-scan triggers escapes batch usage list-commands
 #         explain json color
 #         rules rules-check rules-stats rules-require-match
+#         limits streams options
 set -u
 
 TOOL=$1
@@ -543,6 +544,121 @@ abcd
     stderr_lines "one message" 1
     expect "--require-match, every scan matched" 0 "Part: 1" '' --require-match --rules "$WORK/rules.toml" PN1
     expect "--require-match needs --rules" 2 NONE "--require-match goes with --rules only" --require-match "$SHOW" x
+    ;;
+
+limits)
+    # Finding: 1,000 good lines, then one scan whose edit would grow past
+    # any memory: reported, printed unchanged, every line before it kept.
+    awk 'BEGIN { for (i = 1; i <= 1000; i++) print "AB" i; s = "a"; while (length(s) < 200000) s = s s; print s; print "end" }' \
+        >"$WORK/flood"
+    cases=$((cases + 1))
+    "$TOOL" -i "$WORK/flood" '{Substitute({DecodedData()},a,{DecodedData()})}' >"$WORK/out" 2>"$WORK/err"
+    if [ $? -ne 1 ] || ! cmp -s "$WORK/out" "$WORK/flood" ||
+        ! grep -q "scan 1001: a result would be larger than the profile.s largest text (NRV_ERR_TEXT_LIMIT, -60)" "$WORK/err"; then
+        failures=$((failures + 1))
+        echo "FAIL a scan past the text limit loses output or is not reported"
+    fi
+    expect "--max-text at the bound" 0 "abcdef" '' --max-text 6 '{DecodedData()}' abcdef
+    expect "--max-text under the bound" 1 "abcdef" "(NRV_ERR_TEXT_LIMIT, -60)" --max-text 5 '{DecodedData()}' abcdef
+    expect "--max-text 0 is no limit" 0 "abcdefabcdef" '' --max-text 0 '{DecodedData()}{DecodedData()}' abcdef
+    # Extract comparing a 2 MB marker at each of 4 MB: minutes without a budget.
+    hostile=$(awk 'function d(n, e) { e = "{DecodedData()}"; while (n-- > 0) e = "{Substitute(" e ",a,aa)}"; return e }
+        BEGIN { printf "{Extract(%s,%s,|)}", d(22), d(21) }')
+    expect "a hostile search stops at the work budget" 1 "a|
+ok" "scan 1: the edit used up its work budget (NRV_ERR_WORK_LIMIT, -61)" "$hostile" 'a|' ok
+    expect "--max-work 0 is no budget" 0 "aaaa" '' --max-work 0 '{Substitute({DecodedData()},a,aa)}' aa
+    # Allocation failure: only where an address-space limit can be set (not
+    # under the address sanitizer).
+    if (ulimit -v 100000 && "$TOOL" --version) >/dev/null 2>&1; then
+        printf 'AB1\naaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa\nAB2\n' >"$WORK/in"
+        cases=$((cases + 1))
+        (ulimit -v 100000; "$TOOL" --max-text 0 --max-work 0 "$(awk 'BEGIN { e = "{DecodedData()}"; for (n = 0; n < 30; n++) e = "{Substitute(" e ",a,aa)}"; print e }')" \
+            <"$WORK/in" >"$WORK/out" 2>"$WORK/err")
+        if [ $? -ne 1 ] || ! cmp -s "$WORK/out" "$WORK/in" || ! grep -q "scan 2: out of memory" "$WORK/err"; then
+            failures=$((failures + 1))
+            echo "FAIL an allocation failure is not reported per scan"
+            sed 's/^/  | /' "$WORK/err"
+        fi
+    fi
+    # Lines longer than --max-line pass through unedited, in pieces.
+    input 'AB1\nAB0123456789xyz\nAB2\nAB0123456789'
+    expect "--max-line passes long lines through" 1 "1
+AB0123456789xyz
+2
+AB0123456789" "scan 2: longer than --max-line 10 bytes" --max-line 10 "$CUT2"
+    stderr_lines "one message per long line" 2
+    input 'AB01234567\n'
+    expect "--max-line at the bound" 0 "01234567" '' --max-line 10 "$CUT2"
+    cases=$((cases + 1))
+    n=$(head -c 20000000 /dev/zero | "$TOOL" '{DecodedData()}' 2>"$WORK/err" | wc -c)
+    if [ "$n" -ne 20000001 ] || ! grep -q "scan 1: longer than --max-line 4194304" "$WORK/err"; then
+        failures=$((failures + 1))
+        echo "FAIL a line of 20 MB: $n bytes out"
+    fi
+    ;;
+
+streams)
+    # The first write error stops the tool, on every path.
+    if [ -w /dev/full ]; then
+        cases=$((cases + 1))
+        yes AB1234 | timeout 20 "$TOOL" "$CUT2" >/dev/full 2>"$WORK/err"
+        if [ $? -ne 2 ] || ! grep -q "cannot write the output" "$WORK/err"; then
+            failures=$((failures + 1))
+            echo "FAIL endless input to a full disk does not stop with status 2"
+        fi
+        for args in --help --version --list-commands "--check $CUT2"; do
+            cases=$((cases + 1))
+            # shellcheck disable=SC2086
+            "$TOOL" $args >/dev/full 2>"$WORK/err"
+            if [ $? -ne 2 ] || ! grep -q "cannot write the output" "$WORK/err"; then
+                failures=$((failures + 1))
+                echo "FAIL $args to a full disk: not status 2 with a message"
+            fi
+        done
+    fi
+    # A read error stops the batch with status 2, after what was read.
+    cases=$((cases + 1))
+    "$TOOL" "$SHOW" 0>/dev/null >"$WORK/out" 2>"$WORK/err"
+    if [ $? -ne 2 ] || ! grep -q "cannot read standard input" "$WORK/err"; then
+        failures=$((failures + 1))
+        echo "FAIL a read error is not reported"
+    fi
+    # Floods: the first --max-errors messages, then a count.
+    awk 'BEGIN { for (i = 0; i < 1000; i++) print "x" }' >"$WORK/in"
+    expect "--max-errors caps the messages" 1 "$(cat "$WORK/in")" "1000 scan messages in all, 990 not shown" \
+        --max-errors 10 "$CUT2"
+    stderr_lines "ten messages and a summary" 11
+    awk 'BEGIN { for (i = 0; i < 1000; i++) print "x" }' >"$WORK/in"
+    expect "--max-errors 0 shows all" 1 "$(cat "$WORK/in")" "scan 1000:" --max-errors 0 "$CUT2"
+    stderr_lines "a message per scan" 1000
+    awk 'BEGIN { for (i = 0; i < 150; i++) print "x" }' >"$WORK/in"
+    expect "100 messages by default" 1 "$(cat "$WORK/in")" "150 scan messages in all, 50 not shown" "$CUT2"
+    # Arguments come back escaped, never as raw control bytes.
+    esc=$(printf 'Code\033[2J')
+    expect "escape bytes in a symbology" 2 NONE "unknown symbology 'Code\\x1B[2J'" -s "$esc" "$SHOW" x
+    expect "escape bytes in an unknown option" 2 NONE "unknown option '--xCode\\x1B[2J'" "--x$esc" "$SHOW" x
+    expect "escape bytes in a file name" 2 NONE "cannot read 'noCode\\x1B[2J'" -i "no$esc" "$SHOW"
+    cases=$((cases + 1))
+    if grep -q "$(printf '\033')" "$WORK/err"; then
+        failures=$((failures + 1))
+        echo "FAIL a raw ESC reached standard error"
+    fi
+    ;;
+
+options)
+    expect "-s twice" 2 NONE "option '--symbology' given twice" -s Code128 -s QRCode "$SHOW" x
+    expect "--min-size twice" 2 NONE "option '--min-size' given twice" --min-size 1 --min-size 2 "$SHOW" x
+    expect "-i twice" 2 NONE "option '--input' given twice" -i - -i - "$SHOW"
+    expect "--contains twice" 2 NONE "option '--contains' given twice" --contains a --contains=b "$SHOW" x
+    expect "--max-line twice" 2 NONE "option '--max-line' given twice" --max-line 1 --max-line 1 "$SHOW" x
+    expect "--only-symbology may repeat" 0 "[x]" '' --only-symbology QRCode --only-symbology Code128 -s Code128 "$SHOW" x
+    expect "--min-size above --max-size" 2 NONE "--min-size 5 is above --max-size 2" --min-size 5 --max-size 2 "$SHOW" x
+    expect "--min-size equal to --max-size" 0 "[ab]" '' --min-size 2 --max-size 2 "$SHOW" ab
+    expect "a trigger text longer than --max-size" 2 NONE "--starts-with holds 4 bytes, more than --max-size 3" \
+        --starts-with ABCD --max-size 3 "$SHOW" x
+    expect "a trigger text as long as --max-size" 0 "[ABC]" '' --ends-with ABC --max-size 3 "$SHOW" ABC
+    expect "invalid --max-errors" 2 NONE "invalid count 'x' for --max-errors" --max-errors x "$SHOW" y
+    expect "invalid --max-text" 2 NONE "invalid size '-1' for --max-text" --max-text -1 "$SHOW" y
     ;;
 
 *)
