@@ -41,6 +41,9 @@ TEST(Diagnostics, PointAtTheCulpritOfEveryParseError)
         {"{DecodedData ()}", -83, 1, 12, "",
          "unknown command \"DecodedData \": spaces are part of a name; did you mean DecodedData?"},
         {"{Decoded\tData()}", -83, 1, 12, "", "unknown command \"Decoded\\tData\"; did you mean DecodedData?"},
+        // Spaces around a name that is no command either: the nearest one, or nothing for spaces alone.
+        {"{ DecodedDat()}", -83, 1, 11, "", "unknown command \" DecodedDat\"; did you mean DecodedData?"},
+        {"{ ()}", -83, 1, 1, "", "unknown command \" \""},
         {"{}", -83, 0, 1, "", "a command name is missing after this {"},
         {"{(x)}", -83, 0, 1, "", "a command name is missing after this {"},
         {"ab{", -83, 2, 1, "", "a command name is missing after this {"},
@@ -97,6 +100,13 @@ TEST(Diagnostics, PointAtTheCulpritOfEveryParseError)
         {"{EscapeCharacter(,x)}", -18, 17, 2, "EscapeCharacter",
          "EscapeCharacter takes 1 parameter (hex), but \",x\" is cut into 2 at its commas (a comma first opens an "
          "empty parameter)"},
+        // The empty first text shifts every later one: no parameter is named after its neighbour.
+        {"{EscapeCharacter(,a{DecodedData()})}", -18, 17, 17, "EscapeCharacter",
+         "EscapeCharacter takes 1 parameter (hex), but \",a{DecodedData()}\" is cut into 2 at its commas (a comma "
+         "first opens an empty parameter)"},
+        {"{Replace(,a{DecodedData()},b,c)}", -18, 9, 21, "Replace",
+         "Replace takes 3 parameters (text, search, replacement), but \",a{DecodedData()},b,c\" is cut into 4 at its "
+         "commas (a comma first opens an empty parameter)"},
         // Delimiters: the opening one without a partner.
         {"{{DecodedData()}", -52, 0, 1, "", "this { has no matching }"},
         {"{MakeUpperCase(a{x}", -52, 0, 1, "", "this { has no matching }"},
