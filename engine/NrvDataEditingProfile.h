@@ -55,6 +55,9 @@ public:
     // Checks a result of nResultSize bytes against the largest text and
     // takes nWork from the edit's budget.
     NRVRESULT ChargeWork(size_t nResultSize, size_t nWork);
+    // Gives the scan of the last edit its whole work budget again, for
+    // explanations that run the expression's operations one by one.
+    void RestartWorkBudget() { StartWorkBudget(m_nOriginalDecodedDataLength); }
 
     // The decoded data of the record being edited, read by the commands.
     const char* GetOriginalDecodedData() const { return m_pszOriginalDecodedData; }

@@ -429,8 +429,8 @@ TNrvDiagnostic ParseDiagnostic(NRVRESULT nCode, const CRecorder& recorder)
 // command's parameters in order until one fails, then the command itself.
 class CExplainer {
 public:
-    CExplainer(const CRecorder& recorder, TNrvExplanation* pExplanation)
-        : m_Recorder(recorder), m_pExplanation(pExplanation)
+    CExplainer(const CRecorder& recorder, CNrvDataEditingProfile* pProfile, TNrvExplanation* pExplanation)
+        : m_Recorder(recorder), m_pProfile(pProfile), m_pExplanation(pExplanation)
     {
     }
 
@@ -445,6 +445,9 @@ public:
                                                                                              : kNrvNodeText;
         pNode->bRun = bRun;
         if (bRun) {
+            // A node's run repeats part of what the edit ran, so it gets
+            // the edit's whole budget again.
+            m_pProfile->RestartWorkBudget();
             pNode->nCode = pOperation->Run(*pValue);
             if (pNode->nCode >= 0)
                 Record(*pValue, pNode);
@@ -485,6 +488,7 @@ private:
     }
 
     const CRecorder& m_Recorder;
+    CNrvDataEditingProfile* m_pProfile;
     TNrvExplanation* m_pExplanation;
 };
 
@@ -504,7 +508,7 @@ TNrvDiagnostic NrvDiagnoseParse(const char* pszExpression)
     return ParseDiagnostic(nCode, recorder);
 }
 
-TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t nLength)
+TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t nLength, const TNrvLimits& limits)
 {
     TNrvExplanation explanation;
     if (pszExpression == nullptr) {
@@ -521,6 +525,8 @@ TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t 
         return explanation;
     }
 
+    profile.WriteLimitMaximumTextSize(limits.nMaximumTextSize);
+    profile.WriteLimitWorkBudget(limits.nWorkBase, limits.nWorkPerScanByte);
     // The profile's own Edit gives the code and the output; it also leaves
     // the scan in the profile, where the data commands read it while the
     // nodes are run one by one below.
@@ -530,7 +536,7 @@ TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t 
         explanation.output.assign(record.String.pValue, record.String.nLength);
     const bool bRan = !(pData == nullptr && nLength != 0);
 
-    CExplainer explainer(recorder, &explanation);
+    CExplainer explainer(recorder, &profile, &explanation);
     bool bRun = bRan;
     for (const SNode& node : recorder.Nodes()) {
         if (node.nDepth != 0)

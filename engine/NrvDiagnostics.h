@@ -59,13 +59,25 @@ struct TNrvExplanation {
 // the outcome (nCode NRV_OK and an empty message when it parses).
 TNrvDiagnostic NrvDiagnoseParse(const char* pszExpression);
 
+// The limits an explanation runs under, as a profile's
+// WriteLimitMaximumTextSize and WriteLimitWorkBudget give them; 0 is none.
+struct TNrvLimits {
+    size_t nMaximumTextSize = 0;
+    size_t nWorkBase = 0;
+    size_t nWorkPerScanByte = 0;
+};
+
 // Parses the expression and runs it over one scan (nLength bytes, zero
 // bytes allowed) with the engine's own operations, recording every node's
 // value; code and output are those of the profile's Edit. Triggers are not
 // applied. When the expression does not parse, nCode and failure are the
 // parse's and nodes is empty. Each node runs its own subtree again, so the
 // cost grows with the depth of nesting: ask only when something failed.
-TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t nLength);
+// Under limits, the edit and each node's run get the whole work budget, so
+// an expression is explained in bounded time wherever Edit with the same
+// limits runs in bounded time.
+TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t nLength,
+                           const TNrvLimits& limits = TNrvLimits());
 
 // The name of a code the library defines ("NRV_ERR_SYNTAX"), or null.
 const char* NrvResultCodeName(NRVRESULT nCode);

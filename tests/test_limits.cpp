@@ -11,16 +11,13 @@
 #include <string>
 
 #include "NrvDataEditingProfile.h"
+#include "NrvDiagnostics.h"
 #include "NrvOperation.h"
 #include "NrvScanTypes.h"
 
 namespace {
 
-struct TLimits {
-    size_t nMaximumText;
-    size_t nWorkBase;
-    size_t nWorkPerScanByte;
-};
+using TLimits = TNrvLimits;  // the largest text, the work base, the work per scan byte
 
 struct TOutcome {
     NRVRESULT code;
@@ -33,7 +30,7 @@ TOutcome EditWithLimits(const std::string& expression, const std::string& scan, 
 {
     CNrvDataEditingProfile profile;
     EXPECT_EQ(profile.Parse(expression.c_str()), NRV_OK);
-    EXPECT_EQ(profile.WriteLimitMaximumTextSize(limits.nMaximumText), NRV_OK);
+    EXPECT_EQ(profile.WriteLimitMaximumTextSize(limits.nMaximumTextSize), NRV_OK);
     EXPECT_EQ(profile.WriteLimitWorkBudget(limits.nWorkBase, limits.nWorkPerScanByte), NRV_OK);
     std::string input = scan;
     char* const pInput = &input[0];
@@ -190,6 +187,8 @@ TEST(Limits, HostileExpressionsStopEarly)
         const TOutcome outcome = EditWithLimits(row.expression, "a|", limits);
         EXPECT_EQ(outcome.code, row.code);
         EXPECT_EQ(outcome.text, "a|");
+        // Explaining it runs every node again, each under the same limits.
+        EXPECT_EQ(NrvExplain(row.expression.c_str(), "a|", 2, limits).nCode, row.code);
     }
 }
 

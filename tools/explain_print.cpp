@@ -25,11 +25,19 @@ std::string Painted(const std::string& text, const char* pszColor, bool bColor)
     return bColor ? pszColor + text + kReset : text;
 }
 
+// Longest text shown whole in a tree; longer ones (a scan of megabytes, a
+// text a nested Substitute grew) are cut, saying how long they are, so a
+// tree stays readable and its size follows the expression, not the data.
+const size_t kLongestShown = 200;
+
 std::string Quoted(const char* pData, size_t nLength)
 {
     std::string text = "\"";
-    NrvAppendEscaped(pData, nLength, &text);
-    return text + "\"";
+    NrvAppendEscaped(pData, nLength < kLongestShown ? nLength : kLongestShown, &text);
+    text += "\"";
+    if (nLength > kLongestShown)
+        text += "... (" + std::to_string(nLength) + " bytes)";
+    return text;
 }
 
 std::string Quoted(const std::string& text)

@@ -87,6 +87,7 @@ public:
         : m_pProfile(pProfile),
           m_pRules(pRules),
           m_pszExpression(options.pszExpression),
+          m_Limits(options.Limits()),
           m_bExplain(options.bExplain),
           m_bJson(options.bJson),
           m_bColor(UseColor(options.color, STDOUT_FILENO)),
@@ -160,6 +161,20 @@ private:
         return m_pRules != nullptr ? m_pRules->LastExpression() : m_pszExpression;
     }
 
+    // The last scan explained under the limits the edit ran with. Running
+    // out of memory while explaining is said in place of the explanation.
+    TNrvExplanation ExplainLast(NRVRESULT result, const char* pData, size_t nLength) const
+    {
+        try {
+            return NrvExplain(LastExpression(), pData, nLength, m_Limits);
+        } catch (const std::bad_alloc&) {
+            TNrvExplanation explanation;
+            explanation.nCode = explanation.failure.nCode = result;
+            explanation.failure.message = "out of memory while explaining the edit";
+            return explanation;
+        }
+    }
+
     // Only a failing scan is explained, to say which command failed, so
     // the edits that succeed cost nothing more.
     void ReportFailure(NRVRESULT result, const char* pData, size_t nLength) const
@@ -176,7 +191,7 @@ private:
                     static_cast<long long>(result));
             return;
         }
-        const TNrvExplanation explanation = NrvExplain(LastExpression(), pData, nLength);
+        const TNrvExplanation explanation = ExplainLast(result, pData, nLength);
         const std::string context = m_pRules != nullptr ? m_pRules->LastRuleLabel() : std::string();
         fputs(FormatScanFailure(m_nScan, explanation.failure, context).c_str(), stderr);
     }
@@ -185,7 +200,7 @@ private:
     {
         m_bAnyFailed = m_bAnyFailed || result < 0;
         const bool bRan = result != NRV_OK_NOT_TRIGGERED && LastExpression() != nullptr;
-        const TNrvExplanation explanation = bRan ? NrvExplain(LastExpression(), pData, nLength) : TNrvExplanation();
+        const TNrvExplanation explanation = bRan ? ExplainLast(result, pData, nLength) : TNrvExplanation();
         std::string text;
         if (m_bJson) {
             const std::string rule = m_pRules != nullptr ? m_pRules->LastRuleJson() : std::string();
@@ -207,6 +222,7 @@ private:
     CNrvDataEditingProfile* m_pProfile;
     CRulesMode* m_pRules;
     const char* m_pszExpression;
+    TNrvLimits m_Limits;
     bool m_bExplain;
     bool m_bJson;
     bool m_bColor;
@@ -349,8 +365,9 @@ int Run(int argc, char** argv)
     profile.WriteTriggerContains(triggers.contains.c_str());
     profile.WriteTriggerStartsBy(triggers.startsWith.c_str());
     profile.WriteTriggerEndsWith(triggers.endsWith.c_str());
-    profile.WriteLimitMaximumTextSize(options.nMaxText);
-    profile.WriteLimitWorkBudget(options.nMaxWork != 0 ? SOptions::kWorkBase : 0, options.nMaxWork);
+    const TNrvLimits limits = options.Limits();
+    profile.WriteLimitMaximumTextSize(limits.nMaximumTextSize);
+    profile.WriteLimitWorkBudget(limits.nWorkBase, limits.nWorkPerScanByte);
 
     COutput output(STDOUT_FILENO);
     CScanMessages messages(options.nMaxErrors);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "NrvDiagnostics.h"
 #include "NrvScanTypes.h"
 
 enum EColor { kColorAuto, kColorAlways, kColorNever };
@@ -40,6 +41,15 @@ struct SOptions {
     // build, the work budget per scan byte (on top of kWorkBase), the
     // longest line read as a scan, and the per-scan messages shown.
     static constexpr size_t kWorkBase = 64u << 20;
+    // The limits above as the library takes them.
+    TNrvLimits Limits() const
+    {
+        TNrvLimits limits;
+        limits.nMaximumTextSize = nMaxText;
+        limits.nWorkBase = nMaxWork != 0 ? kWorkBase : 0;
+        limits.nWorkPerScanByte = nMaxWork;
+        return limits;
+    }
     size_t nMaxText = 16u << 20;
     size_t nMaxWork = 4096;
     size_t nMaxLine = 4u << 20;

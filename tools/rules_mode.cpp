@@ -71,6 +71,13 @@ std::unique_ptr<CRulesMode> CRulesMode::Load(const SOptions& options, int* pnExi
         *pnExit = 0;
         return nullptr;
     }
+    // Every rule edits under the limits the tool's own expression would.
+    const TNrvLimits limits = options.Limits();
+    for (size_t i = 0; i < rules.GetRuleCount(); ++i) {
+        CNrvDataEditingProfile* pProfile = rules.GetRuleProfile(i);
+        pProfile->WriteLimitMaximumTextSize(limits.nMaximumTextSize);
+        pProfile->WriteLimitWorkBudget(limits.nWorkBase, limits.nWorkPerScanByte);
+    }
     return std::unique_ptr<CRulesMode>(new CRulesMode(std::move(rules), options.bRequireMatch, options.bStats));
 #else
     RulesUsageError("--rules is not available: this nrv-edit was built without the TOML reader (libtomlplusplus-dev)");

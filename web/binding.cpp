@@ -41,6 +41,18 @@ struct SScan {
 std::vector<SScan> g_Scans;
 bool g_bScansEscaped = false;
 
+// What one edit may build and examine here, as nrv-edit's defaults: a
+// hostile expression (nested Substitute doubling a text, a search of a long
+// marker at every byte) stops with its code instead of holding the page.
+TNrvLimits PageLimits()
+{
+    TNrvLimits limits;
+    limits.nMaximumTextSize = 16u << 20;
+    limits.nWorkBase = 64u << 20;
+    limits.nWorkPerScanByte = 4096;
+    return limits;
+}
+
 // Length of the valid UTF-8 sequence at p[0..n), or 0.
 size_t Utf8SequenceLength(const unsigned char* p, size_t n)
 {
@@ -243,6 +255,8 @@ EMSCRIPTEN_KEEPALIVE const char* nrv_parse(const char* pszExpression)
     return Guarded([&](std::string* pOut) {
         g_Expression = pszExpression;
         g_ParseResult = g_Profile.Parse(pszExpression);
+        g_Profile.WriteLimitMaximumTextSize(PageLimits().nMaximumTextSize);
+        g_Profile.WriteLimitWorkBudget(PageLimits().nWorkBase, PageLimits().nWorkPerScanByte);
         AppendDiagnostic(NrvDiagnoseParse(pszExpression), pOut);
     });
 }
@@ -352,7 +366,7 @@ EMSCRIPTEN_KEEPALIVE const char* nrv_edit_scans(int nSymbology, int nFirst, int 
                 AppendJsonShown(record.String.pValue, record.String.nLength, g_bScansEscaped, pOut);
                 if (nCode < 0 && g_ParseResult >= 0) {
                     const TNrvExplanation why =
-                        NrvExplain(g_Expression.c_str(), scan.bytes.data(), scan.bytes.size());
+                        NrvExplain(g_Expression.c_str(), scan.bytes.data(), scan.bytes.size(), PageLimits());
                     *pOut += ',';
                     AppendJson(why.failure.command, pOut);
                     *pOut += ',';
@@ -378,7 +392,7 @@ EMSCRIPTEN_KEEPALIVE const char* nrv_explain(const char* pszExpression, const ch
             *pOut += '}';
             return;
         }
-        const TNrvExplanation explanation = NrvExplain(pszExpression, scan.data(), scan.size());
+        const TNrvExplanation explanation = NrvExplain(pszExpression, scan.data(), scan.size(), PageLimits());
         *pOut += "{\"line\":true,\"code\":";
         AppendNumber(explanation.nCode, pOut);
         *pOut += ",\"name\":";

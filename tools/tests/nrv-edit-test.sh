@@ -567,6 +567,13 @@ limits)
     expect "a hostile search stops at the work budget" 1 "a|
 ok" "scan 1: the edit used up its work budget (NRV_ERR_WORK_LIMIT, -61)" "$hostile" 'a|' ok
     expect "--max-work 0 is no budget" 0 "aaaa" '' --max-work 0 '{Substitute({DecodedData()},a,aa)}' aa
+    cases=$((cases + 1))
+    "$TOOL" --explain "{Replace($hostile,x,y)}" 'a|' >"$WORK/out" 2>&1
+    if [ $? -ne 1 ] || [ "$(head -n 1 "$WORK/out")" != 'scan 1: "a|" => failed, left unchanged (NRV_ERR_WORK_LIMIT, -61)' ]; then
+        failures=$((failures + 1))
+        echo "FAIL --explain of a hostile expression does not stop at the work budget"
+        head -n 3 "$WORK/out"
+    fi
     # Allocation failure: only where an address-space limit can be set (not
     # under the address sanitizer).
     if (ulimit -v 100000 && "$TOOL" --version) >/dev/null 2>&1; then

@@ -74,7 +74,8 @@ async function readResults(page) {
 
 // The tool on the same inputs: output lines, and the code of each failed scan.
 function runTool(state) {
-  const args = [];
+  // Every failing scan reported, not only the first hundred.
+  const args = ['--max-errors', '0'];
   if (state.escapes) args.push('-e');
   if (state.symbology) args.push('-s', state.symbology);
   for (const name of state.only || []) args.push('--only-symbology', name);
