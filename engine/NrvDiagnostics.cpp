@@ -462,9 +462,9 @@ public:
             if (bRunNext && pNode->params.back().nCode < 0)
                 bRunNext = false;
         }
-        // The first command whose own Run failed, every parameter having
-        // run: the only one, as nothing runs after a failure.
-        if (bRun && pNode->nCode < 0 && bRunNext) {
+        // The first command whose own Run failed, every parameter having run.
+        if (bRun && pNode->nCode < 0 && bRunNext && !m_bFailureFound) {
+            m_bFailureFound = true;
             TNrvDiagnostic& failure = m_pExplanation->failure;
             failure.nCode = pNode->nCode;
             failure.command = pNode->name;
@@ -475,6 +475,8 @@ public:
                                                   : NrvDescribeCode(pNode->nCode);
         }
     }
+
+    bool FailureFound() const { return m_bFailureFound; }
 
 private:
     static void Record(CNrvOperationResult& value, TNrvExplainNode* pNode)
@@ -490,6 +492,7 @@ private:
     const CRecorder& m_Recorder;
     CNrvDataEditingProfile* m_pProfile;
     TNrvExplanation* m_pExplanation;
+    bool m_bFailureFound = false;
 };
 
 }  // namespace
@@ -547,11 +550,11 @@ TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t 
         if (bRun && explanation.nodes.back().nCode < 0)
             bRun = false;
     }
-    // With a scan, Edit fails only where a node above failed the same way
-    // and described it.
-    if (!bRan) {
+    // No node failed alone: the scan was missing, or under limits the
+    // roots together passed what each passes alone.
+    if (explanation.nCode < 0 && !explainer.FailureFound()) {
         explanation.failure.nCode = explanation.nCode;
-        explanation.failure.message = "no scan data was given";
+        explanation.failure.message = bRan ? NrvDescribeCode(explanation.nCode) : "no scan data was given";
     }
     return explanation;
 }

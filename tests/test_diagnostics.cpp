@@ -189,6 +189,35 @@ TEST(Diagnostics, NameTheCommandAndTheValuesThatFailedAnEdit)
     }
 }
 
+// Under limits a failure is the profile's, not a command's values: the command
+// that passed a bound alone, or none when only the roots together pass it.
+TEST(Diagnostics, NameWhatPassedALimit)
+{
+    struct Row {
+        const char* pszExpression;
+        const char* pszData;
+        TNrvLimits limits;
+        NRVRESULT nCode;
+        size_t nOffset, nLength;
+        const char* pszCommand;
+    } rows[] = {
+        {"{MakeUpperCase({DecodedData()})}", "abcdef", {5, 0, 0}, NRV_ERR_TEXT_LIMIT, 16, 11, "DecodedData"},
+        {"{MakeUpperCase({DecodedData()})}", "abcde", {5, 0, 0}, NRV_OK, 0, 0, ""},
+        {"{DecodedData()}-{DecodedData()}", "abc", {6, 0, 0}, NRV_ERR_TEXT_LIMIT, 0, 0, ""},
+        {"{DecodedData()}{DecodedData()}", "abc", {6, 0, 0}, NRV_OK, 0, 0, ""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.pszExpression);
+        const TNrvExplanation explanation = NrvExplain(row.pszExpression, row.pszData, strlen(row.pszData), row.limits);
+        EXPECT_EQ(row.nCode, explanation.nCode);
+        EXPECT_EQ(row.nCode, explanation.failure.nCode);
+        EXPECT_EQ(row.nOffset, explanation.failure.nOffset);
+        EXPECT_EQ(row.nLength, explanation.failure.nLength);
+        EXPECT_EQ(row.pszCommand, explanation.failure.command);
+        EXPECT_EQ(row.nCode < 0 ? NrvResultCodeMeaning(row.nCode) : "", explanation.failure.message);
+    }
+}
+
 // kind and name @ offset + length, then the value ('text', a number, !code
 // or "not run"), then the parameters in parentheses.
 std::string Render(const TNrvExplainNode& node)
