@@ -26,6 +26,11 @@ bool CNrvCommandOperation::CheckParametersAgainst(const TNrvCommandInfo& row) co
 
 std::string CNrvCommandOperation::DescribeFailure(NRVRESULT nCode, CNrvOperationResult*) const
 {
+    return NrvDescribeCode(nCode);
+}
+
+std::string NrvDescribeCode(NRVRESULT nCode)
+{
     const char* pszMeaning = NrvResultCodeMeaning(nCode);
     return pszMeaning != nullptr ? pszMeaning : "failed with code " + std::to_string(static_cast<long long>(nCode));
 }

@@ -49,12 +49,6 @@ const SCode* FindCode(NRVRESULT nCode)
     return nullptr;
 }
 
-std::string MeaningOf(NRVRESULT nCode)
-{
-    const SCode* pCode = FindCode(nCode);
-    return pCode != nullptr ? pCode->pszMeaning : "failed with code " + std::to_string(static_cast<long long>(nCode));
-}
-
 constexpr char kOpen = CNrvDataEditingProfile::kDelimiterOpen;
 constexpr char kClose = CNrvDataEditingProfile::kDelimiterClose;
 
@@ -62,6 +56,13 @@ struct SRange {
     size_t nOffset = 0;
     size_t nLength = 0;
 };
+
+// The '{' just before a piece or a name the parser cut (always after one;
+// clamped all the same, so an offset never wraps).
+size_t BraceBefore(size_t nOffset)
+{
+    return std::max<size_t>(nOffset, 1) - 1;
+}
 
 // Where the parser took one operation from.
 struct SNode {
@@ -151,6 +152,20 @@ const char* Suggest(const std::string& name)
     return pszBest;
 }
 
+// An operation's parameters in order. GetNext fails only on a null
+// position, which the loop never passes.
+std::vector<CNrvOperation*> ParametersOf(CNrvOperation* pOperation)
+{
+    std::vector<CNrvOperation*> parameters;
+    const CNrvList* pList = pOperation->GetOperationsList();
+    for (TNrvPosition position = pList->GetHeadPosition(); position != nullptr;) {
+        void* pData = nullptr;
+        pList->GetNext(&position, &pData);
+        parameters.push_back(static_cast<CNrvOperation*>(pData));
+    }
+    return parameters;
+}
+
 // Listens to one parse of one expression and keeps where everything lies
 // and, when the parse fails, the diagnostic of the failure.
 class CRecorder : public CNrvParseObserver {
@@ -170,7 +185,7 @@ public:
         m_Call.parameters = RangeOf(parameters);
         // The piece runs from just after its '{' to the end of what the
         // call left; its '}' follows when the expression has one there.
-        const size_t nStart = m_Call.name.nOffset != 0 ? m_Call.name.nOffset - 1 : 0;
+        const size_t nStart = BraceBefore(m_Call.name.nOffset);
         const SRange restRange = RangeOf(rest);
         size_t nEnd = restRange.nOffset + restRange.nLength;
         if (nEnd < m_nLength && m_pszExpression[nEnd] == kClose)
@@ -198,14 +213,12 @@ public:
 
     void OnParameter(CNrvOperation* pOwner, const CNrvParsingString& text) override
     {
-        SNode* pNode = FindToChange(pOwner);
-        if (pNode != nullptr)
-            pNode->parameterTexts.push_back(RangeOf(text));
+        m_Nodes[m_Index.at(pOwner)].parameterTexts.push_back(RangeOf(text));
     }
 
+    // The parser reports every failure it stops on, with one of these codes.
     void OnFailure(NRVRESULT nCode, const CNrvParsingString& at, CNrvOperation* pOperation, bool bTooDeep) override
     {
-        m_bFailed = true;
         m_Failure = TNrvDiagnostic();
         m_Failure.nCode = nCode;
         const SRange range = RangeOf(at);
@@ -213,35 +226,25 @@ public:
         case NRV_ERR_UNKNOWN_COMMAND: DescribeUnknown(range); break;
         case NRV_ERR_PARAMETER_COUNT: DescribeCount(range, pOperation); break;
         case NRV_ERR_INVALID_PARAMETER: DescribeMisfit(pOperation); break;
-        case NRV_ERR_SYNTAX:
+        default:  // NRV_ERR_SYNTAX, an unpaired '{' or one nested too deep
             // Both point at the '{' just before the piece.
-            SetRange(range.nOffset != 0 ? range.nOffset - 1 : 0, 1);
+            SetRange(BraceBefore(range.nOffset), 1);
             m_Failure.message = bTooDeep ? "commands are nested more than " +
                                                std::to_string(kNrvMaximumNestingDepth) +
                                                " deep: this { opens one level too many"
                                          : "this { has no matching }";
             break;
-        default: m_bFailed = false; break;
         }
     }
 
-    bool Failed() const { return m_bFailed; }
     const TNrvDiagnostic& Failure() const { return m_Failure; }
     const std::vector<SNode>& Nodes() const { return m_Nodes; }
-    const SNode* Find(const CNrvOperation* pOperation) const
-    {
-        const auto found = m_Index.find(pOperation);
-        return found != m_Index.end() ? &m_Nodes[found->second] : nullptr;
-    }
+    // The parser announces every operation it puts in a tree, so each one
+    // met in a parsed tree has its node.
+    const SNode& NodeOf(const CNrvOperation* pOperation) const { return m_Nodes[m_Index.at(pOperation)]; }
     std::string Text(const SRange& range) const { return std::string(m_pszExpression + range.nOffset, range.nLength); }
 
 private:
-    SNode* FindToChange(const CNrvOperation* pOperation)
-    {
-        const auto found = m_Index.find(pOperation);
-        return found != m_Index.end() ? &m_Nodes[found->second] : nullptr;
-    }
-
     void Add(const SNode& node)
     {
         m_Index[node.pOperation] = m_Nodes.size();
@@ -269,7 +272,7 @@ private:
     {
         const std::string written = Text(name);
         if (written.empty()) {
-            SetRange(name.nOffset != 0 ? name.nOffset - 1 : 0, 1);
+            SetRange(BraceBefore(name.nOffset), 1);
             m_Failure.message = "a command name is missing after this {";
             return;
         }
@@ -319,48 +322,47 @@ private:
     // by its text.
     std::string Describe(const CNrvOperation* pOperation) const
     {
-        const SNode* pNode = Find(pOperation);
-        if (pNode == nullptr)
-            return "a parameter";
-        if (pNode->bCommand)
-            return Text(pNode->name);
-        return pNode->range.nLength == 0 ? "an empty text" : Quoted(Text(pNode->range));
+        const SNode& node = NodeOf(pOperation);
+        if (node.bCommand)
+            return Text(node.name);
+        return node.range.nLength == 0 ? "an empty text" : Quoted(Text(node.range));
     }
 
     void DescribeMisfit(CNrvOperation* pOperation)
     {
-        const SNode* pNode = Find(pOperation);
         const CNrvCommandOperation* pCommand = dynamic_cast<const CNrvCommandOperation*>(pOperation);
-        if (pNode == nullptr || pCommand == nullptr) {
+        if (pCommand == nullptr) {
             m_Failure.message = "the parameters do not fit the command";
             return;
         }
+        const SNode& node = NodeOf(pOperation);
         const TNrvCommandInfo& row = pCommand->GetCommandInfo();
-        const std::string command = Text(pNode->name);
+        const std::string command = Text(node.name);
         m_Failure.command = command;
-        SetRange(pNode->parameters.nOffset, pNode->parameters.nLength);
+        SetRange(node.parameters.nOffset, node.parameters.nLength);
 
-        std::vector<CNrvOperation*> parameters;
-        CNrvList* pList = pOperation->GetOperationsList();
-        for (TNrvPosition position = pList->GetHeadPosition(); position != nullptr;) {
-            void* pData = nullptr;
-            if (pList->GetNext(&position, &pData) < 0)
-                break;
-            parameters.push_back(static_cast<CNrvOperation*>(pData));
-        }
+        const std::vector<CNrvOperation*> parameters = ParametersOf(pOperation);
         if (row.nParameterCount == 0) {
-            m_Failure.message = command + " takes no parameters, but " + Quoted(Text(pNode->parameters)) +
+            m_Failure.message = command + " takes no parameters, but " + Quoted(Text(node.parameters)) +
                                 " is written between its parentheses";
             return;
         }
+        // The count check passed, so the texts differ from it only where a
+        // comma first opened an empty parameter that the count skips.
+        if (node.parameterTexts.size() != row.nParameterCount) {
+            m_Failure.message = command + " takes " + TakesWhat(row) + ", but " + Quoted(Text(node.parameters)) +
+                                " is cut into " + std::to_string(node.parameterTexts.size()) +
+                                " at its commas (a comma first opens an empty parameter)";
+            return;
+        }
         // A parameter text that gave more than one operation.
-        for (size_t i = 0; i < pNode->parameterTexts.size(); ++i) {
-            const SRange& text = pNode->parameterTexts[i];
+        for (size_t i = 0; i < node.parameterTexts.size(); ++i) {
+            const SRange& text = node.parameterTexts[i];
             std::vector<std::string> pieces;
             for (const CNrvOperation* pParameter : parameters) {
-                const SNode* pPiece = Find(pParameter);
-                if (pPiece != nullptr && pPiece->range.nOffset >= text.nOffset &&
-                    pPiece->range.nOffset + pPiece->range.nLength <= text.nOffset + text.nLength)
+                const SNode& piece = NodeOf(pParameter);
+                if (piece.range.nOffset >= text.nOffset &&
+                    piece.range.nOffset + piece.range.nLength <= text.nOffset + text.nLength)
                     pieces.push_back(Describe(pParameter));
             }
             if (pieces.size() < 2)
@@ -369,52 +371,40 @@ private:
             std::string list;
             for (size_t j = 0; j < pieces.size(); ++j)
                 list += (j == 0 ? "" : j + 1 == pieces.size() ? " and " : ", ") + pieces[j];
-            m_Failure.message = "parameter " + std::to_string(i + 1) + " (" + ParameterName(row, i) + ") of " +
+            m_Failure.message = "parameter " + std::to_string(i + 1) + " (" + row.pParameters[i].pszName + ") of " +
                                 command + " is written as " + std::to_string(pieces.size()) + " pieces, " + list +
                                 "; a parameter is one text, one number or one command";
             return;
         }
-        if (parameters.size() != row.nParameterCount) {
-            m_Failure.message = command + " takes " + TakesWhat(row) + ", but " + Quoted(Text(pNode->parameters)) +
-                                " is cut into " + std::to_string(parameters.size()) +
-                                " at its commas (a comma first opens an empty parameter)";
-            return;
-        }
+        // One operation per text from here on, as many as the command takes.
         for (size_t i = 0; i < parameters.size(); ++i) {
             const CNrvOperation* pParameter = parameters[i];
             const bool bNumber = row.pParameters[i].nKind == CNrvOperationResult::typeInt;
             if (bNumber ? pParameter->CanResultBeAnInteger() : pParameter->CanResultBeAString())
                 continue;
-            if (i < pNode->parameterTexts.size())
-                SetRange(pNode->parameterTexts[i].nOffset, pNode->parameterTexts[i].nLength);
-            const SNode* pPiece = Find(pParameter);
+            SetRange(node.parameterTexts[i].nOffset, node.parameterTexts[i].nLength);
+            const SNode& piece = NodeOf(pParameter);
             std::string why = Describe(pParameter);
-            if (pPiece != nullptr && pPiece->bCommand)
+            // A literal can always be a text: one that misfits is in a number's place.
+            if (piece.bCommand)
                 why += bNumber ? " gives a text" : " gives a number";
-            else if (pPiece != nullptr && pPiece->range.nLength == 0)
+            else if (piece.range.nLength == 0)
                 why = "it is empty";
-            else if (bNumber && LooksLikeANumber(pPiece))
+            else if (LooksLikeANumber(piece))
                 why += " does not fit in 32 bits";
             else
                 why += " is a text";
-            m_Failure.message = "parameter " + std::to_string(i + 1) + " (" + ParameterName(row, i) + ") of " +
+            m_Failure.message = "parameter " + std::to_string(i + 1) + " (" + row.pParameters[i].pszName + ") of " +
                                 command + " must be a " + (bNumber ? "number" : "text") + ", but " + why;
             return;
         }
         m_Failure.message = "the parameters do not fit " + command;
     }
 
-    static std::string ParameterName(const TNrvCommandInfo& row, size_t i)
-    {
-        return i < row.nParameterCount ? row.pParameters[i].pszName : "?";
-    }
-
     // Digits, perhaps with a sign and spaces: a number too large to be one.
-    bool LooksLikeANumber(const SNode* pNode) const
+    bool LooksLikeANumber(const SNode& node) const
     {
-        if (pNode == nullptr)
-            return false;
-        const std::string text = Text(pNode->range);
+        const std::string text = Text(node.range);
         const size_t nFirst = text.find_first_not_of(" \t+-");
         return nFirst != std::string::npos && text.find_first_not_of("0123456789 \t", nFirst) == std::string::npos;
     }
@@ -425,24 +415,14 @@ private:
     SNode m_Call;
     std::vector<SNode> m_Nodes;
     std::unordered_map<const CNrvOperation*, size_t> m_Index;
-    bool m_bFailed = false;
     TNrvDiagnostic m_Failure;
 };
 
-// The outcome of a parse as a diagnostic: the recorder's, or the code's
-// meaning over the whole expression when the parser stopped somewhere it
-// does not report.
-TNrvDiagnostic ParseDiagnostic(NRVRESULT nCode, const CRecorder& recorder, size_t nLength)
+// The outcome of a parse as a diagnostic: the parser reported the failure
+// it stopped on to the recorder.
+TNrvDiagnostic ParseDiagnostic(NRVRESULT nCode, const CRecorder& recorder)
 {
-    if (nCode >= 0)
-        return TNrvDiagnostic();
-    if (recorder.Failed() && recorder.Failure().nCode == nCode)
-        return recorder.Failure();
-    TNrvDiagnostic diagnostic;
-    diagnostic.nCode = nCode;
-    diagnostic.nLength = nLength;
-    diagnostic.message = MeaningOf(nCode);
-    return diagnostic;
+    return nCode >= 0 ? TNrvDiagnostic() : recorder.Failure();
 }
 
 // Runs the parsed operations one node at a time, the way Run runs them: a
@@ -456,13 +436,11 @@ public:
 
     void Explain(CNrvOperation* pOperation, bool bRun, TNrvExplainNode* pNode, CNrvOperationResult* pValue)
     {
-        const SNode* pInfo = m_Recorder.Find(pOperation);
-        if (pInfo != nullptr) {
-            pNode->nOffset = pInfo->range.nOffset;
-            pNode->nLength = pInfo->range.nLength;
-            pNode->name = m_Recorder.Text(pInfo->bCommand ? pInfo->name : pInfo->range);
-        }
-        pNode->kind = pInfo != nullptr && pInfo->bCommand ? kNrvNodeCommand
+        const SNode& info = m_Recorder.NodeOf(pOperation);
+        pNode->nOffset = info.range.nOffset;
+        pNode->nLength = info.range.nLength;
+        pNode->name = m_Recorder.Text(info.bCommand ? info.name : info.range);
+        pNode->kind = info.bCommand ? kNrvNodeCommand
                       : pOperation->GetResultType() == CNrvOperationResult::typeStringOrInt ? kNrvNodeInteger
                                                                                              : kNrvNodeText;
         pNode->bRun = bRun;
@@ -475,16 +453,12 @@ public:
                 Record(*pValue, pNode);
         }
 
-        CNrvList* pList = pOperation->GetOperationsList();
-        std::vector<CNrvOperationResult> parameters(static_cast<size_t>(pList->GetCount()));
+        const std::vector<CNrvOperation*> operations = ParametersOf(pOperation);
+        std::vector<CNrvOperationResult> parameters(operations.size());
         bool bRunNext = bRun;
-        size_t i = 0;
-        for (TNrvPosition position = pList->GetHeadPosition(); position != nullptr; ++i) {
-            void* pData = nullptr;
-            if (pList->GetNext(&position, &pData) < 0)
-                break;
+        for (size_t i = 0; i < operations.size(); ++i) {
             pNode->params.emplace_back();
-            Explain(static_cast<CNrvOperation*>(pData), bRunNext, &pNode->params.back(), &parameters[i]);
+            Explain(operations[i], bRunNext, &pNode->params.back(), &parameters[i]);
             if (bRunNext && pNode->params.back().nCode < 0)
                 bRunNext = false;
         }
@@ -494,13 +468,11 @@ public:
             TNrvDiagnostic& failure = m_pExplanation->failure;
             failure.nCode = pNode->nCode;
             failure.command = pNode->name;
-            if (pInfo != nullptr) {
-                failure.nOffset = pInfo->name.nOffset;
-                failure.nLength = pInfo->name.nLength;
-            }
+            failure.nOffset = info.name.nOffset;
+            failure.nLength = info.name.nLength;
             const CNrvCommandOperation* pCommand = dynamic_cast<const CNrvCommandOperation*>(pOperation);
             failure.message = pCommand != nullptr ? pCommand->DescribeFailure(pNode->nCode, parameters.data())
-                                                  : MeaningOf(pNode->nCode);
+                                                  : NrvDescribeCode(pNode->nCode);
         }
     }
 
@@ -536,7 +508,7 @@ TNrvDiagnostic NrvDiagnoseParse(const char* pszExpression)
     CNrvDataEditingProfile profile;
     CRecorder recorder(pszExpression);
     const NRVRESULT nCode = profile.Parse(pszExpression);
-    return ParseDiagnostic(nCode, recorder, strlen(pszExpression));
+    return ParseDiagnostic(nCode, recorder);
 }
 
 TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t nLength, const TNrvLimits& limits)
@@ -552,7 +524,7 @@ TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t 
     const NRVRESULT parsed = profile.Parse(pszExpression);
     if (parsed < 0) {
         explanation.nCode = parsed;
-        explanation.failure = ParseDiagnostic(parsed, recorder, strlen(pszExpression));
+        explanation.failure = ParseDiagnostic(parsed, recorder);
         return explanation;
     }
 
@@ -578,9 +550,11 @@ TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t 
         if (bRun && explanation.nodes.back().nCode < 0)
             bRun = false;
     }
+    // No node failed alone: the scan was missing, or under limits the
+    // roots together passed what each passes alone.
     if (explanation.nCode < 0 && !explainer.FailureFound()) {
         explanation.failure.nCode = explanation.nCode;
-        explanation.failure.message = bRan ? MeaningOf(explanation.nCode) : "no scan data was given";
+        explanation.failure.message = bRan ? NrvDescribeCode(explanation.nCode) : "no scan data was given";
     }
     return explanation;
 }

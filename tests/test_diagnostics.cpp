@@ -41,6 +41,9 @@ TEST(Diagnostics, PointAtTheCulpritOfEveryParseError)
         {"{DecodedData ()}", -83, 1, 12, "",
          "unknown command \"DecodedData \": spaces are part of a name; did you mean DecodedData?"},
         {"{Decoded\tData()}", -83, 1, 12, "", "unknown command \"Decoded\\tData\"; did you mean DecodedData?"},
+        // Spaces around a name that is no command either: the nearest one, or nothing for spaces alone.
+        {"{ DecodedDat()}", -83, 1, 11, "", "unknown command \" DecodedDat\"; did you mean DecodedData?"},
+        {"{ ()}", -83, 1, 1, "", "unknown command \" \""},
         {"{}", -83, 0, 1, "", "a command name is missing after this {"},
         {"{(x)}", -83, 0, 1, "", "a command name is missing after this {"},
         {"ab{", -83, 2, 1, "", "a command name is missing after this {"},
@@ -97,6 +100,13 @@ TEST(Diagnostics, PointAtTheCulpritOfEveryParseError)
         {"{EscapeCharacter(,x)}", -18, 17, 2, "EscapeCharacter",
          "EscapeCharacter takes 1 parameter (hex), but \",x\" is cut into 2 at its commas (a comma first opens an "
          "empty parameter)"},
+        // The empty first text shifts every later one: no parameter is named after its neighbour.
+        {"{EscapeCharacter(,a{DecodedData()})}", -18, 17, 17, "EscapeCharacter",
+         "EscapeCharacter takes 1 parameter (hex), but \",a{DecodedData()}\" is cut into 2 at its commas (a comma "
+         "first opens an empty parameter)"},
+        {"{Replace(,a{DecodedData()},b,c)}", -18, 9, 21, "Replace",
+         "Replace takes 3 parameters (text, search, replacement), but \",a{DecodedData()},b,c\" is cut into 4 at its "
+         "commas (a comma first opens an empty parameter)"},
         // Delimiters: the opening one without a partner.
         {"{{DecodedData()}", -52, 0, 1, "", "this { has no matching }"},
         {"{MakeUpperCase(a{x}", -52, 0, 1, "", "this { has no matching }"},
@@ -176,6 +186,35 @@ TEST(Diagnostics, NameTheCommandAndTheValuesThatFailedAnEdit)
         EXPECT_EQ(row.nLength, explanation.failure.nLength);
         EXPECT_EQ(row.pszCommand, explanation.failure.command);
         EXPECT_EQ(row.pszMessage, explanation.failure.message);
+    }
+}
+
+// Under limits a failure is the profile's, not a command's values: the command
+// that passed a bound alone, or none when only the roots together pass it.
+TEST(Diagnostics, NameWhatPassedALimit)
+{
+    struct Row {
+        const char* pszExpression;
+        const char* pszData;
+        TNrvLimits limits;
+        NRVRESULT nCode;
+        size_t nOffset, nLength;
+        const char* pszCommand;
+    } rows[] = {
+        {"{MakeUpperCase({DecodedData()})}", "abcdef", {5, 0, 0}, NRV_ERR_TEXT_LIMIT, 16, 11, "DecodedData"},
+        {"{MakeUpperCase({DecodedData()})}", "abcde", {5, 0, 0}, NRV_OK, 0, 0, ""},
+        {"{DecodedData()}-{DecodedData()}", "abc", {6, 0, 0}, NRV_ERR_TEXT_LIMIT, 0, 0, ""},
+        {"{DecodedData()}{DecodedData()}", "abc", {6, 0, 0}, NRV_OK, 0, 0, ""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.pszExpression);
+        const TNrvExplanation explanation = NrvExplain(row.pszExpression, row.pszData, strlen(row.pszData), row.limits);
+        EXPECT_EQ(row.nCode, explanation.nCode);
+        EXPECT_EQ(row.nCode, explanation.failure.nCode);
+        EXPECT_EQ(row.nOffset, explanation.failure.nOffset);
+        EXPECT_EQ(row.nLength, explanation.failure.nLength);
+        EXPECT_EQ(row.pszCommand, explanation.failure.command);
+        EXPECT_EQ(row.nCode < 0 ? NrvResultCodeMeaning(row.nCode) : "", explanation.failure.message);
     }
 }
 
