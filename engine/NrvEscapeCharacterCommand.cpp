@@ -2,19 +2,9 @@
 
 #include <memory>
 
-namespace {
+#include "NrvEscapes.h"
 
-// The value of a hexadecimal digit of either case, or -1 for any other byte.
-int HexDigitValue(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
-}
+namespace {
 
 // Shifts the working byte one digit up, keeping only its low 8 bits. Done on
 // the unsigned form: shifting a negative signed value is not portable.
@@ -49,7 +39,7 @@ NRVRESULT CNrvOperationEscapeCharacter::Run(CNrvOperationResult& Result) const
     size_t index = 0;
     for (size_t i = 0; i < size; ++i) {
         cResult = ShiftDigitUp(cResult);
-        const int nDigit = HexDigitValue(pszEscapeHexa[i]);
+        const int nDigit = NrvHexDigitValue(pszEscapeHexa[i]);
         if (nDigit >= 0) {
             // The low half is 0 after the shift, so this cannot carry.
             cResult = static_cast<signed char>(static_cast<unsigned char>(cResult) | nDigit);

@@ -1,20 +1,5 @@
 #include "NrvEscapes.h"
 
-namespace {
-
-int HexValue(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
-}
-
-}  // namespace
-
 bool NrvUnescape(const char* pText, size_t nLength, std::string* pOut, std::string* pError)
 {
     pOut->clear();
@@ -35,8 +20,8 @@ bool NrvUnescape(const char* pText, size_t nLength, std::string* pOut, std::stri
         case 'n': pOut->push_back('\n'); break;
         case 't': pOut->push_back('\t'); break;
         case 'x': {
-            const int nHigh = i + 1 < nLength ? HexValue(pText[i + 1]) : -1;
-            const int nLow = i + 2 < nLength ? HexValue(pText[i + 2]) : -1;
+            const int nHigh = i + 1 < nLength ? NrvHexDigitValue(pText[i + 1]) : -1;
+            const int nLow = i + 2 < nLength ? NrvHexDigitValue(pText[i + 2]) : -1;
             if (nHigh < 0 || nLow < 0) {
                 *pError = "\\x must be followed by two hexadecimal digits";
                 return false;

@@ -6,6 +6,18 @@
 #include <cstddef>
 #include <string>
 
+// The value of a hexadecimal digit of either case, or -1 for any other byte.
+inline int NrvHexDigitValue(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
 // Decodes pText[0..nLength) into *pOut (replacing its content). On a
 // malformed escape returns false and describes it in *pError.
 bool NrvUnescape(const char* pText, size_t nLength, std::string* pOut, std::string* pError);
