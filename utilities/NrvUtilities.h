@@ -33,23 +33,28 @@ public:
         if (nLength > 16) {
             memcpy(pDestination, pSource, nLength);
         } else if (nLength >= 8) {
-            uint64_t nFirst, nLast;
-            memcpy(&nFirst, pSource, 8);
-            memcpy(&nLast, pSource + nLength - 8, 8);
-            memcpy(pDestination, &nFirst, 8);
-            memcpy(pDestination + nLength - 8, &nLast, 8);
+            CopyEnds<uint64_t>(pDestination, pSource, nLength);
         } else if (nLength >= 4) {
-            uint32_t nFirst, nLast;
-            memcpy(&nFirst, pSource, 4);
-            memcpy(&nLast, pSource + nLength - 4, 4);
-            memcpy(pDestination, &nFirst, 4);
-            memcpy(pDestination + nLength - 4, &nLast, 4);
+            CopyEnds<uint32_t>(pDestination, pSource, nLength);
         } else if (nLength != 0) {
             const char cFirst = pSource[0], cMiddle = pSource[nLength / 2], cLast = pSource[nLength - 1];
             pDestination[0] = cFirst;
             pDestination[nLength / 2] = cMiddle;
             pDestination[nLength - 1] = cLast;
         }
+    }
+
+private:
+    // The first and the last sizeof(T) bytes, which overlap when nLength is
+    // below twice that: nLength must be at least sizeof(T).
+    template <class T>
+    static void CopyEnds(char* pDestination, const char* pSource, size_t nLength)
+    {
+        T nFirst, nLast;
+        memcpy(&nFirst, pSource, sizeof nFirst);
+        memcpy(&nLast, pSource + nLength - sizeof nLast, sizeof nLast);
+        memcpy(pDestination, &nFirst, sizeof nFirst);
+        memcpy(pDestination + nLength - sizeof nLast, &nLast, sizeof nLast);
     }
 };
 
