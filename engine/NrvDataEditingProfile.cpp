@@ -4,6 +4,7 @@
 
 #include "NrvOperation.h"
 #include "NrvParsingString.h"
+#include "NrvUtilities.h"
 
 namespace {
 
@@ -175,7 +176,7 @@ NRVRESULT CNrvDataEditingProfile::Edit(TNrvScanDecodedData* pDecodedData)
         }
         Reserve(&m_pszEditBuffer, &m_nEditBufferCapacity, nLength + nText + 1, nLength, m_nEditedDataCapacity);
         if (nText != 0)
-            memcpy(m_pszEditBuffer + nLength, pszText, nText);
+            CNrvUtilities::CopyBytes(m_pszEditBuffer + nLength, pszText, nText);
         nLength += nText;
     }
     Reserve(&m_pszEditBuffer, &m_nEditBufferCapacity, nLength + 1, nLength, m_nEditedDataCapacity);

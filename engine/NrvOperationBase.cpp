@@ -60,22 +60,6 @@ size_t CNrvOperation::CountWrittenParameters(const CNrvParsingString& Parameters
     return nCount;
 }
 
-NRVRESULT CNrvOperation::RunParameters(CNrvOperationResult* pResults, size_t nCount) const
-{
-    NRVRESULT result = NRV_OK;
-    TNrvPosition position = m_OperationsList.GetHeadPosition();
-    for (size_t i = 0; i < nCount; ++i) {
-        void* pData = nullptr;
-        result = m_OperationsList.GetNext(&position, &pData);
-        if (result < 0)
-            return result;
-        result = static_cast<const CNrvOperation*>(pData)->Run(pResults[i]);
-        if (result < 0)
-            return result;
-    }
-    return result;
-}
-
 const char* CNrvOperation::TextOf(CNrvOperationResult& Value)
 {
     const char* pszText = Value.GetResultString();

@@ -128,4 +128,22 @@ private:
                                  CNrvList* pOperationsList, size_t nDepth);
 };
 
+// Every command runs its parameters here on every edit: inline, so that a
+// command pays no call of its own for it.
+inline NRVRESULT CNrvOperation::RunParameters(CNrvOperationResult* pResults, size_t nCount) const
+{
+    NRVRESULT result = NRV_OK;
+    TNrvPosition position = m_OperationsList.GetHeadPosition();
+    for (size_t i = 0; i < nCount; ++i) {
+        void* pData = nullptr;
+        result = m_OperationsList.GetNext(&position, &pData);
+        if (result < 0)
+            return result;
+        result = static_cast<const CNrvOperation*>(pData)->Run(pResults[i]);
+        if (result < 0)
+            return result;
+    }
+    return result;
+}
+
 #endif  // NRV_OPERATION_BASE_H

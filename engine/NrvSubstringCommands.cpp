@@ -17,6 +17,37 @@ NRVRESULT WritePiece(const char* pszText, size_t nStart, size_t nStop, CNrvOpera
     return Result.WriteResult(pszText + nStart, nStop - nStart);
 }
 
+// The place after the first occurrence of pszSearch (m bytes) in pszInput
+// (n bytes), or where its last occurrence begins; kNrvIndexNotFound if none.
+int FindMarker(const char* pszInput, size_t n, const char* pszSearch, size_t m, bool bFirst)
+{
+    int index = kNrvIndexNotFound;
+    // A marker as long as the text or longer is never looked for, so a
+    // marker equal to the whole text is not found.
+    if (m >= n)
+        return index;
+    if (bFirst) {
+        // Candidates are found by their first byte.
+        const char* p = pszInput;
+        const char* const pLast = pszInput + (n - m);
+        while (p <= pLast) {
+            p = static_cast<const char*>(memchr(p, pszSearch[0], static_cast<size_t>(pLast - p) + 1));
+            if (p == nullptr)
+                break;
+            if (memcmp(p, pszSearch, m) == 0)
+                return static_cast<int>(p - pszInput + m);
+            ++p;
+        }
+        return index;
+    }
+    // The last occurrence is the first one met walking back from the end.
+    for (size_t i = n - m + 1; i-- > 0;) {
+        if (pszInput[i] == pszSearch[0] && memcmp(pszInput + i, pszSearch, m) == 0)
+            return static_cast<int>(i);
+    }
+    return index;
+}
+
 }  // namespace
 
 NRVRESULT CNrvOperationSubstring::Run(CNrvOperationResult& Result) const
@@ -66,11 +97,16 @@ NRVRESULT CNrvOperationExtract::Run(CNrvOperationResult& Result) const
     if (limits < 0)
         return limits;
 
+    // The markers are looked for up to the first zero byte of the text and
+    // of each marker; those lengths are measured once for both searches.
+    const size_t nText = strlen(pszText);
+    const char* pszStartMarker = TextOf(Params[1]);
+    const char* pszStopMarker = TextOf(Params[2]);
     // A missing start marker means from the beginning, a missing stop marker
     // to the end.
-    const int nAfterStart = GetOccurrenceIndex(pszText, TextOf(Params[1]), true);
+    const int nAfterStart = FindMarker(pszText, nText, pszStartMarker, strlen(pszStartMarker), true);
     size_t nStart = nAfterStart >= 0 ? static_cast<size_t>(nAfterStart) : 0;
-    const int nStopMarker = GetOccurrenceIndex(pszText, TextOf(Params[2]), false);
+    const int nStopMarker = FindMarker(pszText, nText, pszStopMarker, strlen(pszStopMarker), false);
     size_t nStop = nStopMarker >= 0 ? static_cast<size_t>(nStopMarker) : nLength;
     if (nStop > nLength)
         nStop = nLength;
@@ -90,31 +126,5 @@ std::string CNrvOperationExtract::DescribeFailure(NRVRESULT, CNrvOperationResult
 
 int CNrvOperationExtract::GetOccurrenceIndex(const char* pszInput, const char* pszSearch, bool bFirst) const
 {
-    const size_t n = strlen(pszInput);
-    const size_t m = strlen(pszSearch);
-    int index = kNrvIndexNotFound;
-    // A marker as long as the text or longer is never looked for, so a
-    // marker equal to the whole text is not found.
-    if (m >= n)
-        return index;
-    if (bFirst) {
-        // Candidates are found by their first byte.
-        const char* p = pszInput;
-        const char* const pLast = pszInput + (n - m);
-        while (p <= pLast) {
-            p = static_cast<const char*>(memchr(p, pszSearch[0], static_cast<size_t>(pLast - p) + 1));
-            if (p == nullptr)
-                break;
-            if (memcmp(p, pszSearch, m) == 0)
-                return static_cast<int>(p - pszInput + m);
-            ++p;
-        }
-        return index;
-    }
-    // The last occurrence is the first one met walking back from the end.
-    for (size_t i = n - m + 1; i-- > 0;) {
-        if (pszInput[i] == pszSearch[0] && memcmp(pszInput + i, pszSearch, m) == 0)
-            return static_cast<int>(i);
-    }
-    return index;
+    return FindMarker(pszInput, strlen(pszInput), pszSearch, strlen(pszSearch), bFirst);
 }

@@ -40,6 +40,20 @@ TEST(StringServices, AllocateAndCopyCopiesExactlyTheGivenBytes)
     }
 }
 
+TEST(StringServices, AllocateAndCopyCopiesEveryLengthOfEachSizeClass)
+{
+    // Short copies are made in place by size class (1-3, 4-7, 8-16 bytes),
+    // longer ones by memcpy: every length up to past the last class.
+    const std::string source = "0123456789abcdefghijklmnopqrstu";
+    for (size_t nLength = 0; nLength < source.size(); ++nLength) {
+        char* pszCopy = nullptr;
+        ASSERT_EQ(NRV_OK, CNrvUtilities::AllocateAndCopy(&pszCopy, source.data(), nLength));
+        EXPECT_EQ(source.substr(0, nLength), std::string(pszCopy, nLength)) << nLength << " bytes";
+        EXPECT_EQ('\0', pszCopy[nLength]) << nLength << " bytes";
+        delete[] pszCopy;
+    }
+}
+
 TEST(StringServices, AllocateAndCopyRefusesWhatItCannotCopy)
 {
     char* pszCopy = nullptr;

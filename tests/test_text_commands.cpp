@@ -29,6 +29,12 @@ TEST(TextCommands, ChangeCaseOfAsciiLettersOnly)
         // Bytes from 0x80 up are never converted, whatever they spell.
         {"{MakeUpperCase({DecodedData()})}", "\xc3\xa9t\xe9\xff\x80", NRV_OK, "\xc3\xa9T\xe9\xff\x80"},
         {"{MakeLowerCase({DecodedData()})}", "\xc3\x89T\xc9\xdd", NRV_OK, "\xc3\x89t\xc9\xdd"},
+        // Eight-byte blocks: a high byte at either end of a block, block
+        // boundaries at 8 and 16, a tail after the last whole block.
+        {"{MakeUpperCase({DecodedData()})}", "abcdefgh", NRV_OK, "ABCDEFGH"},
+        {"{MakeUpperCase({DecodedData()})}", "abcdefg\xe9ijklmnopq", NRV_OK, "ABCDEFG\xe9IJKLMNOPQ"},
+        {"{MakeUpperCase({DecodedData()})}", "abcdefgh\xe9jklmno\0q"s, NRV_OK, "ABCDEFGH\xe9JKLMNO\0Q"s},
+        {"{MakeLowerCase({DecodedData()})}", "ABCDEFGHIJKLMNOP\xc9", NRV_OK, "abcdefghijklmnop\xc9"},
         {"{MakeUpperCase(42)}", "x", NRV_OK, "42"},
         {"{MakeUpperCase({DecodedData()})}", "", NRV_OK, ""},
         {"{MakeLowerCase({FindFirstFromIndex({DecodedData()},-1,a,0)})}", "a", NRV_ERR_INVALID_PARAMETER, ""},
