@@ -86,7 +86,7 @@ enum class RegexKind {
     kUpperCase,    // a prefix, then the scan with every [a-z]+ run upper-cased
 };
 
-struct RegexSpec {
+struct RegexPlan {
     RegexKind kind;
     const char* pszPattern;
     const char* pszReplacement;  // kReplaceAll
@@ -102,19 +102,19 @@ inline void Upper(std::string& out, const char* p, size_t n)
 }
 
 struct StdRegexEdit {
-    RegexSpec spec;
+    RegexPlan plan;
     std::shared_ptr<const std::regex> pattern;
-    explicit StdRegexEdit(RegexSpec s) : spec(s), pattern(std::make_shared<const std::regex>(s.pszPattern)) {}
+    explicit StdRegexEdit(RegexPlan s) : plan(s), pattern(std::make_shared<const std::regex>(s.pszPattern)) {}
     void operator()(std::string_view in, std::string& out) const
     {
         using Iterator = std::string_view::const_iterator;
-        switch (spec.kind) {
+        switch (plan.kind) {
         case RegexKind::kDeleteFirst:
         case RegexKind::kReplaceAll:
             out.clear();
             std::regex_replace(std::back_inserter(out), in.begin(), in.end(), *pattern,
-                               spec.kind == RegexKind::kDeleteFirst ? "" : spec.pszReplacement,
-                               spec.kind == RegexKind::kDeleteFirst ? std::regex_constants::format_first_only
+                               plan.kind == RegexKind::kDeleteFirst ? "" : plan.pszReplacement,
+                               plan.kind == RegexKind::kDeleteFirst ? std::regex_constants::format_first_only
                                                                      : std::regex_constants::format_default);
             return;
         case RegexKind::kCapture: {
@@ -126,7 +126,7 @@ struct StdRegexEdit {
             return;
         }
         case RegexKind::kUpperCase: {
-            out.assign(spec.pszPrefix);
+            out.assign(plan.pszPrefix);
             auto last = in.begin();
             for (std::regex_iterator<Iterator> it(in.begin(), in.end(), *pattern), end; it != end; ++it) {
                 const auto& match = (*it)[0];
@@ -153,14 +153,14 @@ inline std::shared_ptr<const re2::RE2> Re2Pattern(const char* pszPattern)
 }
 
 struct Re2Edit {
-    RegexSpec spec;
+    RegexPlan plan;
     std::shared_ptr<const re2::RE2> pattern;
-    explicit Re2Edit(RegexSpec s) : spec(s), pattern(Re2Pattern(s.pszPattern)) {}
+    explicit Re2Edit(RegexPlan s) : plan(s), pattern(Re2Pattern(s.pszPattern)) {}
     void operator()(std::string_view in, std::string& out) const
     {
         const re2::StringPiece text(in.data(), in.size());
         re2::StringPiece match[2];
-        switch (spec.kind) {
+        switch (plan.kind) {
         case RegexKind::kDeleteFirst:
             if (pattern->Match(text, 0, text.size(), re2::RE2::UNANCHORED, match, 1)) {
                 const size_t nAt = static_cast<size_t>(match[0].data() - in.data());
@@ -172,7 +172,7 @@ struct Re2Edit {
             return;
         case RegexKind::kReplaceAll:
             out.assign(in.data(), in.size());
-            re2::RE2::GlobalReplace(&out, *pattern, spec.pszReplacement);
+            re2::RE2::GlobalReplace(&out, *pattern, plan.pszReplacement);
             return;
         case RegexKind::kCapture:
             if (pattern->Match(text, 0, text.size(), re2::RE2::UNANCHORED, match, 2))
@@ -181,7 +181,7 @@ struct Re2Edit {
                 out.assign(in.data(), in.size());
             return;
         case RegexKind::kUpperCase: {
-            out.assign(spec.pszPrefix);
+            out.assign(plan.pszPrefix);
             size_t nAt = 0;
             while (pattern->Match(text, nAt, text.size(), re2::RE2::UNANCHORED, match, 1)) {
                 const size_t nStart = static_cast<size_t>(match[0].data() - in.data());
@@ -223,9 +223,9 @@ struct Pcre2Compiled {
 };
 
 struct Pcre2Edit {
-    RegexSpec spec;
+    RegexPlan plan;
     std::shared_ptr<Pcre2Compiled> pattern;
-    explicit Pcre2Edit(RegexSpec s) : spec(s), pattern(std::make_shared<Pcre2Compiled>(s.pszPattern)) {}
+    explicit Pcre2Edit(RegexPlan s) : plan(s), pattern(std::make_shared<Pcre2Compiled>(s.pszPattern)) {}
 
     // pcre2_substitute into out from nAt on, growing it when told to.
     void Substitute(std::string_view in, std::string& out, size_t nAt, const char* pszReplacement,
@@ -251,12 +251,12 @@ struct Pcre2Edit {
 
     void operator()(std::string_view in, std::string& out) const
     {
-        switch (spec.kind) {
+        switch (plan.kind) {
         case RegexKind::kDeleteFirst:
             Substitute(in, out, 0, "", 0);
             return;
         case RegexKind::kReplaceAll:
-            Substitute(in, out, 0, spec.pszReplacement, PCRE2_SUBSTITUTE_GLOBAL);
+            Substitute(in, out, 0, plan.pszReplacement, PCRE2_SUBSTITUTE_GLOBAL);
             return;
         case RegexKind::kCapture: {
             const int rc = pcre2_jit_match(pattern->pCode, reinterpret_cast<PCRE2_SPTR>(in.data()), in.size(), 0, 0,
@@ -271,10 +271,10 @@ struct Pcre2Edit {
         }
         case RegexKind::kUpperCase: {
             // The extended replacement syntax changes case itself.
-            const size_t nPrefix = strlen(spec.pszPrefix);
+            const size_t nPrefix = strlen(plan.pszPrefix);
             if (out.size() < nPrefix)
                 out.resize(nPrefix);
-            memcpy(&out[0], spec.pszPrefix, nPrefix);
+            memcpy(&out[0], plan.pszPrefix, nPrefix);
             Substitute(in, out, nPrefix, "\\U$0", PCRE2_SUBSTITUTE_GLOBAL | PCRE2_SUBSTITUTE_EXTENDED);
             return;
         }
@@ -290,7 +290,7 @@ struct TypicalEdit {
     const std::string* pScan;
     const char* pszExpression;
     size_t nAllocations;  // what the engine's rules require per edit
-    RegexSpec regex;
+    RegexPlan regex;
     // The hand-written form and the floor.
     void (*pHand)(std::string_view in, std::string& out);
     void (*pFloor)(const std::string& scan, FloorProfile& profile);
