@@ -184,28 +184,6 @@ TEST(EntryPoints, ParameterKindsNeedExactlyOneParameterPerKind)
     delete pOperation;
 }
 
-// Blanks alone between the parentheses count as no parameter, but the
-// blank text itself still reaches the command as one: a command without
-// parameters refuses it as a parameter of the wrong kind, and a command with
-// one parameter refuses the count.
-TEST(EntryPoints, BlanksBetweenParentheses)
-{
-    CNrvDataEditingProfile profile;
-    const struct {
-        const char* pszExpression;
-        NRVRESULT code;
-    } rows[] = {
-        {"{DecodedDataWithoutTrailer( )}", NRV_ERR_INVALID_PARAMETER},
-        {"{DecodedData(  )}", NRV_ERR_INVALID_PARAMETER},
-        {"{MakeUpperCase( )}", NRV_ERR_PARAMETER_COUNT},
-        {"{DecodedDataWithoutTrailer()}", NRV_OK},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.pszExpression);
-        EXPECT_EQ(profile.Parse(row.pszExpression), row.code);
-    }
-}
-
 // The escapes shared by the tool and the other front ends: every hex digit
 // class and its neighbours, and escapes cut short.
 TEST(EntryPoints, UnescapeReadsHexDigitsAndRefusesTheirNeighbours)

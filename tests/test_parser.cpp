@@ -128,7 +128,10 @@ TEST(Parser, BuildsTheTreesOfTheLanguage)
         {"{TruncateFromEnd({DecodedData()})}", NRV_ERR_PARAMETER_COUNT, ""},
         {"{TruncateFromEnd(,2)}", NRV_ERR_PARAMETER_COUNT, ""},  // a leading comma opens no parameter
         {"{DecodedData(3)}", NRV_ERR_PARAMETER_COUNT, ""},
-        {"{DecodedData( )}", NRV_ERR_INVALID_PARAMETER, "DecodedData[\" \"]"},
+        {"{DecodedData( )}", NRV_ERR_INVALID_PARAMETER, "DecodedData[\" \"]"},  // blanks count no parameter,
+        {"{DecodedDataWithoutTrailer( )}", NRV_ERR_INVALID_PARAMETER, nullptr},  // yet reach the command as one
+        {"{MakeUpperCase( )}", NRV_ERR_PARAMETER_COUNT, ""},
+        {"{DecodedDataWithoutTrailer()}", NRV_OK, "DecodedDataWithoutTrailer"},
         {"{MakeUpperCase(x{DecodedData()})}", NRV_ERR_INVALID_PARAMETER, "MakeUpperCase[\"x\", DecodedData]"},
         {"a{Decoded{Data(", NRV_ERR_SYNTAX, ""},
         {"{{DecodedData()}", NRV_ERR_SYNTAX, ""},
