@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "NrvDiagnostics.h"
+#include "NrvResultCodes.h"
 
 bool CNrvCommandOperation::CheckParametersAgainst(const TNrvCommandInfo& row) const
 {
@@ -27,12 +27,6 @@ bool CNrvCommandOperation::CheckParametersAgainst(const TNrvCommandInfo& row) co
 std::string CNrvCommandOperation::DescribeFailure(NRVRESULT nCode, CNrvOperationResult*) const
 {
     return NrvDescribeCode(nCode);
-}
-
-std::string NrvDescribeCode(NRVRESULT nCode)
-{
-    const char* pszMeaning = NrvResultCodeMeaning(nCode);
-    return pszMeaning != nullptr ? pszMeaning : "failed with code " + std::to_string(static_cast<long long>(nCode));
 }
 
 int NrvIntegerOf(const CNrvOperationResult& Value)

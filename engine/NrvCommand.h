@@ -36,8 +36,6 @@ protected:
 // "index -5 is negative", "count 20 is not less than the length 3 of the text".
 int NrvIntegerOf(const CNrvOperationResult& Value);
 std::string NrvDescribePositionFailure(const char* pszName, int nValue, size_t nTextLength);
-// What a result code means, for a failure no command describes better.
-std::string NrvDescribeCode(NRVRESULT nCode);
 
 // The base of each command class TCommand, which names itself with
 // static constexpr const char* kName. The row is found once per class and

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "NrvResultCodes.h"
 #include "NrvScanTypes.h"
 
 // The outcome of a parse or an edit, for a person. The range is the
@@ -78,10 +79,5 @@ struct TNrvLimits {
 // limits runs in bounded time.
 TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t nLength,
                            const TNrvLimits& limits = TNrvLimits());
-
-// The name of a code the library defines ("NRV_ERR_SYNTAX"), or null.
-const char* NrvResultCodeName(NRVRESULT nCode);
-// What such a code means, in a few words, or null.
-const char* NrvResultCodeMeaning(NRVRESULT nCode);
 
 #endif  // NRV_DIAGNOSTICS_H

@@ -464,18 +464,4 @@ TEST(Trace, EachThreadHasItsOwnSink)
     }
 }
 
-TEST(ResultCodes, NameAndMeaningOfEveryCode)
-{
-    const NRVRESULT codes[] = {NRV_OK, NRV_OK_NOT_TRIGGERED, NRV_ERR_INVALID_PARAMETER, NRV_ERR_OUT_OF_RANGE,
-                               NRV_ERR_SYNTAX, NRV_ERR_UNKNOWN_COMMAND, NRV_ERR_PARAMETER_COUNT};
-    for (NRVRESULT code : codes) {
-        ASSERT_NE(nullptr, NrvResultCodeName(code));
-        EXPECT_EQ(0, strncmp(NrvResultCodeName(code), "NRV_", 4));
-        EXPECT_NE(nullptr, NrvResultCodeMeaning(code));
-    }
-    EXPECT_STREQ("NRV_ERR_OUT_OF_RANGE", NrvResultCodeName(-43));
-    EXPECT_EQ(nullptr, NrvResultCodeName(-44));
-    EXPECT_EQ(nullptr, NrvResultCodeMeaning(7));
-}
-
 }  // namespace
