@@ -4,7 +4,6 @@
 #include "NrvDiagnostics.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstring>
 #include <unordered_map>
 
@@ -15,6 +14,7 @@
 #include "NrvOperationBase.h"
 #include "NrvParseObserver.h"
 #include "NrvResultCodes.h"
+#include "NrvSuggest.h"
 
 namespace {
 
@@ -67,58 +67,15 @@ std::string TakesWhat(const TNrvCommandInfo& row)
     return Plural(row.nParameterCount, "parameter", "parameters") + " (" + names + ")";
 }
 
-// Edits needed to turn one name into the other, a swap of two neighbours
-// counting as one.
-size_t EditDistance(const std::string& a, const std::string& b)
-{
-    std::vector<std::vector<size_t>> d(a.size() + 1, std::vector<size_t>(b.size() + 1));
-    for (size_t i = 0; i <= a.size(); ++i)
-        d[i][0] = i;
-    for (size_t j = 0; j <= b.size(); ++j)
-        d[0][j] = j;
-    for (size_t i = 1; i <= a.size(); ++i) {
-        for (size_t j = 1; j <= b.size(); ++j) {
-            const size_t nCost = a[i - 1] == b[j - 1] ? 0 : 1;
-            d[i][j] = std::min({d[i - 1][j] + 1, d[i][j - 1] + 1, d[i - 1][j - 1] + nCost});
-            if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1])
-                d[i][j] = std::min(d[i][j], d[i - 2][j - 2] + 1);
-        }
-    }
-    return d[a.size()][b.size()];
-}
-
-bool EqualIgnoringCase(const std::string& a, const char* pszB)
-{
-    if (a.size() != strlen(pszB))
-        return false;
-    for (size_t i = 0; i < a.size(); ++i) {
-        if (tolower(static_cast<unsigned char>(a[i])) != tolower(static_cast<unsigned char>(pszB[i])))
-            return false;
-    }
-    return true;
-}
-
-// The command a mistyped name most likely meant: the same name in another
-// case, or one within two edits (the nearest, the first in the table on a
-// tie); null when none is that close.
-const char* Suggest(const std::string& name)
+// The command a mistyped name most likely meant, or null.
+const char* SuggestCommand(const std::string& name)
 {
     size_t nCount = 0;
     const TNrvCommandInfo* pCommands = NrvGetCommandTable(&nCount);
-    for (size_t i = 0; i < nCount; ++i) {
-        if (EqualIgnoringCase(name, pCommands[i].pszName))
-            return pCommands[i].pszName;
-    }
-    const char* pszBest = nullptr;
-    size_t nBest = 3;
-    for (size_t i = 0; i < nCount; ++i) {
-        const size_t nDistance = EditDistance(name, pCommands[i].pszName);
-        if (nDistance < nBest) {
-            nBest = nDistance;
-            pszBest = pCommands[i].pszName;
-        }
-    }
-    return pszBest;
+    std::vector<const char*> names;
+    for (size_t i = 0; i < nCount; ++i)
+        names.push_back(pCommands[i].pszName);
+    return NrvSuggest(name, names.data(), names.size());
 }
 
 // An operation's parameters in order. GetNext fails only on a null
@@ -254,7 +211,7 @@ private:
             m_Failure.message += ": spaces are part of a name; did you mean " + trimmed + "?";
             return;
         }
-        const char* pszSuggestion = Suggest(written);
+        const char* pszSuggestion = SuggestCommand(written);
         if (pszSuggestion != nullptr)
             m_Failure.message += "; did you mean " + std::string(pszSuggestion) + "?";
     }

@@ -11,6 +11,7 @@
 #include "NrvOperation.h"
 #include "NrvResultCodes.h"
 #include "NrvRuntimeLib.h"
+#include "NrvSuggest.h"
 #include "NrvUtilities.h"
 
 namespace {
@@ -115,6 +116,39 @@ TEST(ResultCodes, NameAndMeaningOfEveryCode)
         EXPECT_NE('\0', NrvResultCodeMeaning(row.nCode)[0]);
         EXPECT_EQ(NrvResultCodeMeaning(row.nCode), NrvDescribeCode(row.nCode));
     }
+}
+
+// The same name in another case first, then the nearest within two edits,
+// the first on a tie; a name of any length costs no more than a short one.
+TEST(Suggest, NearestWithinTwoEditsOrTheSameButForCase)
+{
+    const char* const candidates[] = {"DecodedData", "Extract", "Extracts", "ab", "AB", "abc", "ABD", "starts-with"};
+    const struct {
+        std::string name;
+        const char* pszExpected;
+    } rows[] = {
+        {"decodedData", "DecodedData"},
+        {"DECODEDDATA", "DecodedData"},
+        {"DeocdedData", "DecodedData"},  // a swap of neighbours is one edit
+        {"DecodedDat", "DecodedData"},
+        {"DecodedDataxy", "DecodedData"},
+        {"DecodedDataxyz", nullptr},  // three edits
+        {"Decod", nullptr},
+        {"Extr\xFF" "ct", "Extract"},  // a high byte is a byte like any other
+        {"Extractss", "Extracts"},    // the nearest, not the first within two
+        {"cd", "ab"},                 // both two edits away: the first
+        {"abD", "ABD"},               // the same but for case beats one edit away (abc)
+        {"start-with", "starts-with"},
+        {"", "ab"},
+        {std::string(1, '\0'), "ab"},
+        {std::string(2u << 20, 'x'), nullptr},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name.substr(0, 20));
+        const char* pszSuggestion = NrvSuggest(row.name, candidates, sizeof candidates / sizeof candidates[0]);
+        EXPECT_STREQ(row.pszExpected, pszSuggestion);
+    }
+    EXPECT_EQ(nullptr, NrvSuggest("ab", candidates, 0));
 }
 
 TEST(ValueRecord, IntegersReadAsSignWidenedSizesAndDecimalText)
