@@ -96,13 +96,18 @@ void CNrvDataEditingProfile::RemoveAllOperations()
 
 NRVRESULT CNrvDataEditingProfile::Parse(const char* pszExpression)
 {
+    return Parse(pszExpression, nullptr);
+}
+
+NRVRESULT CNrvDataEditingProfile::Parse(const char* pszExpression, CNrvParseObserver* pObserver)
+{
     if (pszExpression == nullptr)
         return NRV_ERR_INVALID_PARAMETER;
     RemoveAllOperations();
     CNrvParsingString expression(pszExpression);
     try {
         m_ParseResult = CNrvOperation::Parse(this, CNrvOperationDictionary::GetLibraryDictionary(), kDelimiterOpen,
-                                             kDelimiterClose, &expression, &m_Operations);
+                                             kDelimiterClose, &expression, &m_Operations, pObserver);
     } catch (...) {
         // Never leave a half-built tree that Edit would run.
         RemoveAllOperations();

@@ -6,6 +6,8 @@
 #include "NrvList.h"
 #include "NrvScanTypes.h"
 
+class CNrvParseObserver;
+
 // Holds one parsed expression and the trigger conditions, and applies the
 // expression to each decoded-data record handed to Edit. Commands are written
 // between kDelimiterOpen and kDelimiterClose. One thread at a time.
@@ -22,6 +24,9 @@ public:
     // Replaces the expression. On failure returns the parser's code, and Edit
     // refuses to run with that code until an expression parses.
     NRVRESULT Parse(const char* pszExpression);
+    // The same, telling pObserver what the parser makes and where it stops
+    // (the diagnostics' way in; an ordinary parse passes none).
+    NRVRESULT Parse(const char* pszExpression, CNrvParseObserver* pObserver);
     // When the triggers hold, replaces the record's String with the edited
     // data: a zero-terminated buffer that the profile owns until the next
     // Edit, the next Parse or its destruction. Returns NRV_OK_NOT_TRIGGERED

@@ -96,11 +96,9 @@ std::vector<CNrvOperation*> ParametersOf(CNrvOperation* pOperation)
 // and, when the parse fails, the diagnostic of the failure.
 class CRecorder : public CNrvParseObserver {
 public:
-    explicit CRecorder(const char* pszExpression)
-        : m_pszExpression(pszExpression), m_nLength(strlen(pszExpression)), m_pPrevious(NrvSetParseObserver(this))
+    explicit CRecorder(const char* pszExpression) : m_pszExpression(pszExpression), m_nLength(strlen(pszExpression))
     {
     }
-    ~CRecorder() override { NrvSetParseObserver(m_pPrevious); }
     CRecorder(const CRecorder&) = delete;
     CRecorder& operator=(const CRecorder&) = delete;
 
@@ -337,7 +335,6 @@ private:
 
     const char* m_pszExpression;
     size_t m_nLength;
-    CNrvParseObserver* m_pPrevious;
     SNode m_Call;
     std::vector<SNode> m_Nodes;
     std::unordered_map<const CNrvOperation*, size_t> m_Index;
@@ -433,7 +430,7 @@ TNrvDiagnostic NrvDiagnoseParse(const char* pszExpression)
     }
     CNrvDataEditingProfile profile;
     CRecorder recorder(pszExpression);
-    const NRVRESULT nCode = profile.Parse(pszExpression);
+    const NRVRESULT nCode = profile.Parse(pszExpression, &recorder);
     return ParseDiagnostic(nCode, recorder);
 }
 
@@ -447,7 +444,7 @@ TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t 
     }
     CNrvDataEditingProfile profile;
     CRecorder recorder(pszExpression);
-    const NRVRESULT parsed = profile.Parse(pszExpression);
+    const NRVRESULT parsed = profile.Parse(pszExpression, &recorder);
     if (parsed < 0) {
         explanation.nCode = parsed;
         explanation.failure = ParseDiagnostic(parsed, recorder);

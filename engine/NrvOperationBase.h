@@ -10,6 +10,7 @@
 #include "NrvParsingString.h"
 
 class CNrvOperationDictionary;
+class CNrvParseObserver;
 
 // Reserved index values. They travel as signed 32-bit integers and are read
 // back widened to sizes, hence the two spellings.
@@ -57,6 +58,11 @@ public:
     // or delimited command of the text to pOperationsList.
     static NRVRESULT Parse(CNrvDataEditingProfile* pDataEditing, CNrvOperationDictionary* pDictionary, char cOpen,
                            char cClose, CNrvParsingString* pParsingString, CNrvList* pOperationsList);
+    // The same parse, telling pObserver (when not null) what it makes and
+    // where it stops, for the diagnostics that explain an expression.
+    static NRVRESULT Parse(CNrvDataEditingProfile* pDataEditing, CNrvOperationDictionary* pDictionary, char cOpen,
+                           char cClose, CNrvParsingString* pParsingString, CNrvList* pOperationsList,
+                           CNrvParseObserver* pObserver);
     // Cuts a text into literal runs and delimited command pieces.
     static NRVRESULT Split(char cStart, char cEnd, CNrvParsingString* pString, CNrvList* pParsingStringsList);
     static bool IsCommand(CNrvParsingString* pParsingString);
@@ -125,7 +131,15 @@ private:
     static size_t SearchWork(size_t nText, size_t nSearch);
     static NRVRESULT ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvOperationDictionary* pDictionary,
                                  char cOpen, char cClose, CNrvParsingString* pParsingString,
-                                 CNrvList* pOperationsList, size_t nDepth);
+                                 CNrvList* pOperationsList, size_t nDepth, CNrvParseObserver* pObserver);
+    // Split and LookupCommand, telling pObserver (when not null) where they
+    // cut and fail.
+    static NRVRESULT Split(char cStart, char cEnd, CNrvParsingString* pString, CNrvList* pParsingStringsList,
+                           CNrvParseObserver* pObserver);
+    static NRVRESULT LookupCommand(CNrvOperationDictionary* pDictionary, CNrvDataEditingProfile* pDataEditing,
+                                   CNrvParsingString* pCurrentString, char cOpen, char cClose,
+                                   CNrvOperation** ppNewOperation, CNrvParsingString** ppNewOperationParsingString,
+                                   CNrvParseObserver* pObserver);
 };
 
 // Every command runs its parameters here on every edit: inline, so that a
