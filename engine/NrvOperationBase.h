@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "NrvCommandTable.h"
 #include "NrvDataEditingProfile.h"
 #include "NrvList.h"
 #include "NrvOperationResult.h"
@@ -11,15 +12,6 @@
 
 class CNrvOperationDictionary;
 class CNrvParseObserver;
-
-// Reserved index values. They travel as signed 32-bit integers and are read
-// back widened to sizes, hence the two spellings.
-enum : int {
-    kNrvIndexNone = -1,      // no index given: the command's own default
-    kNrvIndexNotFound = -2,  // a find command found nothing
-};
-constexpr size_t kNrvSizeIndexNone = static_cast<size_t>(-1);
-constexpr size_t kNrvSizeIndexNotFound = static_cast<size_t>(-2);
 
 // Deepest nesting of delimited commands an expression may have; it bounds
 // the recursion of both Parse and Run.
@@ -93,15 +85,6 @@ protected:
     {
         return LimitsSet() ? m_pDataEditing->ChargeWork(nResultSize, nWork) : NRV_OK;
     }
-    // A result as long as Text, or as Text and Added together.
-    NRVRESULT CheckCopyLimits(CNrvOperationResult& Text) const
-    {
-        return LimitsSet() ? ChargeCopy(Text.GetResultStringLength()) : NRV_OK;
-    }
-    NRVRESULT CheckCopyLimits(CNrvOperationResult& Text, CNrvOperationResult& Added) const
-    {
-        return LimitsSet() ? ChargeCopy(Text.GetResultStringLength() + Added.GetResultStringLength()) : NRV_OK;
-    }
     // A search of nSearch bytes through nText bytes (or a test of each byte
     // of the text against a set of nSearch bytes), charged a bound of its
     // worst case.
@@ -123,11 +106,11 @@ protected:
     CNrvDataEditingProfile* m_pDataEditing;
     CNrvList m_OperationsList;
 
-private:
     // One branch on an edit without limits. Commands made without a profile
     // (by hand, in tests) have none.
     bool LimitsSet() const { return m_pDataEditing != nullptr && m_pDataEditing->HasLimits(); }
-    NRVRESULT ChargeCopy(size_t nSize) const { return m_pDataEditing->ChargeWork(nSize, nSize); }
+
+private:
     static size_t SearchWork(size_t nText, size_t nSearch);
     static NRVRESULT ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvOperationDictionary* pDictionary,
                                  char cOpen, char cClose, CNrvParsingString* pParsingString,

@@ -307,7 +307,7 @@ std::string RandomExpression(std::mt19937& random, int nDepth = 0, bool bWantNum
             expression += "{DecodedData()}";
         } else {
             const TNrvCommandInfo* pRow = &pCommands[random() % nCommands];
-            while (bWantNumber && pRow->nResultType != CNrvOperationResult::typeInt && random() % 8 != 0)
+            while (bWantNumber && pRow->nResultType != kNrvKindNumber && random() % 8 != 0)
                 pRow = &pCommands[random() % nCommands];
             std::string name = pRow->pszName;
             if (random() % 40 == 0)
@@ -318,7 +318,7 @@ std::string RandomExpression(std::mt19937& random, int nDepth = 0, bool bWantNum
             expression += "{" + name + "(";
             for (size_t j = 0; j < nParameters && j < 6; ++j) {
                 const bool bNumber =
-                    j < pRow->nParameterCount && pRow->pParameters[j].nKind == CNrvOperationResult::typeInt;
+                    j < pRow->nParameterCount && pRow->pParameters[j].nKind == kNrvKindNumber;
                 expression += (j == 0 ? "" : ",") + RandomExpression(random, nDepth + 1, bNumber);
             }
             expression += random() % 40 == 0 ? ")" : ")}";

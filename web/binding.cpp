@@ -413,7 +413,7 @@ EMSCRIPTEN_KEEPALIVE const char* nrv_commands()
     return Guarded([](std::string* pOut) {
         size_t nCount = 0;
         const TNrvCommandInfo* pTable = NrvGetCommandTable(&nCount);
-        auto kind = [](int nKind) { return nKind == CNrvOperationResult::typeInt ? "\"number\"" : "\"text\""; };
+        auto kind = [](int nKind) { return nKind == kNrvKindNumber ? "\"number\"" : "\"text\""; };
         *pOut += '[';
         for (size_t i = 0; i < nCount; ++i) {
             const TNrvCommandInfo& command = pTable[i];
