@@ -153,9 +153,7 @@ NRVRESULT CNrvDataEditingProfile::Edit(TNrvScanDecodedData* pDecodedData)
     if (!CheckIfTriggerConditionAreMet(pDecodedData))
         return NRV_OK_NOT_TRIGGERED;
 
-    if (m_bLimits)
-        StartWorkBudget(pDecodedData->String.nLength);
-    NRVRESULT result = WriteOriginalDecodedData(pDecodedData->String.pValue, pDecodedData->String.nLength);
+    NRVRESULT result = PrepareRun(pDecodedData->String.pValue, pDecodedData->String.nLength);
     if (result < 0)
         return result;
 

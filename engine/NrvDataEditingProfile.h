@@ -60,9 +60,17 @@ public:
     // Checks a result of nResultSize bytes against the largest text and
     // takes nWork from the edit's budget.
     NRVRESULT ChargeWork(size_t nResultSize, size_t nWork);
-    // Gives the scan of the last edit its whole work budget again, for
-    // explanations that run the expression's operations one by one.
-    void RestartWorkBudget() { StartWorkBudget(m_nOriginalDecodedDataLength); }
+    // What Edit does before it runs the expression: keeps nLength bytes of
+    // pData as the decoded data the commands read and gives the edit its
+    // whole work budget. For explanations, which run the expression's
+    // operations themselves; NRV_ERR_INVALID_PARAMETER for null data of
+    // non-zero length.
+    NRVRESULT PrepareRun(const char* pData, size_t nLength)
+    {
+        if (m_bLimits)
+            StartWorkBudget(nLength);
+        return WriteOriginalDecodedData(pData, nLength);
+    }
 
     // The decoded data of the record being edited, read by the commands.
     const char* GetOriginalDecodedData() const { return m_pszOriginalDecodedData; }

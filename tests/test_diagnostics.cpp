@@ -286,6 +286,27 @@ TEST(Explain, GivesEveryNodeItsRangeAndValue)
     }
 }
 
+// A node keeps at most kNrvExplainValueBytes of its value and the whole
+// length; the output is kept whole.
+TEST(Explain, KeepsAPrefixOfLongValuesAndTheirLength)
+{
+    for (size_t nLength : {size_t(0), kNrvExplainValueBytes - 1, kNrvExplainValueBytes, kNrvExplainValueBytes + 1,
+                           size_t(1) << 20}) {
+        SCOPED_TRACE(nLength);
+        std::string scan(nLength, 'x');
+        if (nLength != 0)
+            scan.back() = '\0';  // not text: a zero byte is kept like any other
+        const TNrvExplanation explanation = NrvExplain("{Substring({DecodedData()},-1,-1)}", scan.data(), nLength);
+        ASSERT_EQ(NRV_OK, explanation.nCode);
+        EXPECT_EQ(scan, explanation.output);
+        ASSERT_EQ(1u, explanation.nodes.size());
+        for (const TNrvExplainNode* pNode : {&explanation.nodes[0], &explanation.nodes[0].params[0]}) {
+            EXPECT_EQ(nLength, pNode->nValueLength);
+            EXPECT_EQ(scan.substr(0, kNrvExplainValueBytes), pNode->value);
+        }
+    }
+}
+
 // Expressions made of pieces of the language, most of them nearly right:
 // bWantNumber asks for an item that fits a number position.
 std::string RandomExpression(std::mt19937& random, int nDepth = 0, bool bWantNumber = false)
@@ -380,6 +401,11 @@ TEST(Diagnostics, AgreeWithParseAndEditOnRandomExpressions)
             }
             roots += node.value;
         }
+        const TNrvDiagnostic failure = NrvExplainFailure(expression.c_str(), scan.data(), scan.size());
+        EXPECT_EQ(explanation.failure.nCode, failure.nCode);
+        EXPECT_EQ(explanation.failure.nOffset, failure.nOffset);
+        EXPECT_EQ(explanation.failure.command, failure.command);
+        EXPECT_EQ(explanation.failure.message, failure.message);
         if (edited < 0) {
             ++nFailedEdits;
             EXPECT_TRUE(bFailedRoot);

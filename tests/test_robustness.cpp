@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "NrvDataEditingProfile.h"
+#include "NrvDiagnostics.h"
 #include "NrvParsingString.h"
 #include "NrvRuleSet.h"
 #include "NrvScanTypes.h"
@@ -54,6 +55,11 @@ constexpr uint32_t kBlockMagic = 0x4e52564du;
 // -1: inert. n >= 0: the allocation after n more succeed throws, once.
 long long g_nAllocationsBeforeFailure = -1;
 long long g_nLiveAllocations = 0;
+// Bytes: held now, the most held since the last ResetPeak, and allocated
+// in all (a measure of work that a machine's load cannot disturb).
+size_t g_nLiveBytes = 0;
+size_t g_nPeakBytes = 0;
+size_t g_nAllocatedBytes = 0;
 
 void* AllocateBlock(size_t nSize, uint32_t nForm)
 {
@@ -74,6 +80,10 @@ void* AllocateBlock(size_t nSize, uint32_t nForm)
     __asan_poison_memory_region(pHeader, sizeof(TBlockHeader));
 #endif
     ++g_nLiveAllocations;
+    g_nLiveBytes += nSize;
+    g_nAllocatedBytes += nSize;
+    if (g_nLiveBytes > g_nPeakBytes)
+        g_nPeakBytes = g_nLiveBytes;
     return pHeader + 1;
 }
 
@@ -99,7 +109,25 @@ void ReleaseBlock(void* p, uint32_t nForm, size_t nSize, bool bSized) noexcept
         BadRelease("sized delete with a size other than the allocation's", p);
     pHeader->nMagic = 0;
     --g_nLiveAllocations;
+    g_nLiveBytes -= pHeader->nSize;
     std::free(pHeader);
+}
+
+// What running f costs: the most bytes it held at once beyond what was held
+// before, and the bytes it allocated in all.
+struct TCost {
+    size_t nPeakBytes;
+    size_t nAllocatedBytes;
+};
+
+template <class F>
+TCost CostOf(F f)
+{
+    const size_t nLiveBefore = g_nLiveBytes;
+    const size_t nAllocatedBefore = g_nAllocatedBytes;
+    g_nPeakBytes = g_nLiveBytes;
+    f();
+    return {g_nPeakBytes - nLiveBefore, g_nAllocatedBytes - nAllocatedBefore};
 }
 
 // Arms the countdown so that the n-th allocation from now (n >= 1) throws.
@@ -606,6 +634,71 @@ TEST(RobustnessHostile, EveryCommandOverHostileScans)
             ASSERT_EQ(outcome.edit, NRV_OK);
             EXPECT_LE(outcome.text.size(), use.pfnBound(scan.bytes.size()));
         }
+    }
+}
+
+size_t CountNodes(const std::vector<TNrvExplainNode>& nodes)
+{
+    size_t nCount = nodes.size();
+    for (const TNrvExplainNode& node : nodes)
+        nCount += CountNodes(node.params);
+    return nCount;
+}
+
+// Telling why an expression fails costs about what parsing and editing
+// cost: an explanation computes each node once, under the edit's one work
+// budget, and keeps a prefix of each node's value; the failure alone keeps
+// none; an unknown name is compared only with commands of about its length.
+TEST(RobustnessHostile, DiagnosticsCostAboutWhatTheEditCosts)
+{
+    const std::string letters(64 * 1024, 'a');
+    const std::string chain = Nest("MakeUpperCase", 40, "{DecodedData()}");
+    const std::string roots = Repeat("{Substitute({DecodedData()},a,aa)}", 30);
+    const struct {
+        const char* pszName;
+        std::string expression;
+        std::string scan;
+        TNrvLimits limits;
+        NRVRESULT code;
+    } rows[] = {
+        {"a chain of 40", chain, letters, {}, NRV_OK},
+        {"a chain of 40 that fails at its top", "{TruncateFromBeginning(" + chain + ",99999999)}", letters, {},
+         NRV_ERR_OUT_OF_RANGE},
+        // Each root alone is at the largest text; the second passes it together with the first.
+        {"roots that pass the largest text together", roots, letters.substr(0, 4096), {8192, 0, 0},
+         NRV_ERR_TEXT_LIMIT},
+        {"an unknown name of 256 KB", "{" + std::string(256 * 1024, 'x') + "()}", "", {}, NRV_ERR_UNKNOWN_COMMAND},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.pszName);
+        const TCost edit = CostOf([&] {
+            CNrvDataEditingProfile profile;
+            profile.Parse(row.expression.c_str());
+            profile.WriteLimitMaximumTextSize(row.limits.nMaximumTextSize);
+            std::string text;
+            EXPECT_EQ(EditChecked(profile, row.scan, &text, false), row.code);
+        });
+        TNrvExplanation explanation;
+        const TCost explain = CostOf([&] {
+            explanation = NrvExplain(row.expression.c_str(), row.scan.data(), row.scan.size(), row.limits);
+        });
+        TNrvDiagnostic failure;
+        const TCost failing = CostOf([&] {
+            failure = NrvExplainFailure(row.expression.c_str(), row.scan.data(), row.scan.size(), row.limits);
+        });
+        const TCost diagnose = CostOf([&] { NrvDiagnoseParse(row.expression.c_str()); });
+        EXPECT_EQ(explanation.nCode, row.code);
+        EXPECT_EQ(failure.nCode, row.code);
+        EXPECT_EQ(failure.message, explanation.failure.message);
+        // Per node its place, name and value prefix, and a sentence that
+        // quotes the expression's words, escaped; with room to spare.
+        const size_t nKept =
+            CountNodes(explanation.nodes) * (kNrvExplainValueBytes + 1024) + 16 * row.expression.size();
+        EXPECT_LE(explain.nPeakBytes, 3 * edit.nPeakBytes + nKept);
+        EXPECT_LE(explain.nAllocatedBytes, 3 * edit.nAllocatedBytes + nKept);
+        EXPECT_LE(failing.nPeakBytes, 3 * edit.nPeakBytes + nKept);
+        EXPECT_LE(failing.nAllocatedBytes, 3 * edit.nAllocatedBytes + nKept);
+        EXPECT_LE(diagnose.nPeakBytes, 3 * edit.nPeakBytes + nKept);
     }
 }
 

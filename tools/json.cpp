@@ -52,6 +52,8 @@ void AppendNode(const TNrvExplainNode& node, std::string* pOut)
         *pOut += std::to_string(node.nInteger);
     else
         AppendJsonString(node.value.data(), node.value.size(), pOut);
+    if (node.nValueLength > node.value.size())  // cut: the whole length
+        *pOut += ",\"valueLength\":" + std::to_string(node.nValueLength);
     *pOut += ",\"params\":[";
     for (size_t i = 0; i < node.params.size(); ++i) {
         if (i != 0)

@@ -191,9 +191,15 @@ private:
                     static_cast<long long>(result));
             return;
         }
-        const TNrvExplanation explanation = ExplainLast(result, pData, nLength);
+        TNrvDiagnostic failure;
+        try {
+            failure = NrvExplainFailure(LastExpression(), pData, nLength, m_Limits);
+        } catch (const std::bad_alloc&) {
+            failure.nCode = result;
+            failure.message = "out of memory while explaining the edit";
+        }
         const std::string context = m_pRules != nullptr ? m_pRules->LastRuleLabel() : std::string();
-        fputs(FormatScanFailure(m_nScan, explanation.failure, context).c_str(), stderr);
+        fputs(FormatScanFailure(m_nScan, failure, context).c_str(), stderr);
     }
 
     void Explain(NRVRESULT result, const char* pData, size_t nLength, const TNrvScanString& edited)

@@ -208,6 +208,10 @@ void AppendNodes(const std::vector<TNrvExplainNode>& nodes, bool bEscapes, std::
         *pOut += node.bInteger ? ",\"integer\":true" : ",\"integer\":false";
         *pOut += ",\"value\":";
         AppendJsonShown(node.value.data(), node.value.size(), bEscapes && !node.bInteger, pOut);
+        if (node.nValueLength > node.value.size()) {  // cut: the whole length
+            *pOut += ",\"valueLength\":";
+            AppendNumber(static_cast<long long>(node.nValueLength), pOut);
+        }
         *pOut += ",\"params\":";
         AppendNodes(node.params, bEscapes, pOut);
         *pOut += '}';
@@ -365,12 +369,12 @@ EMSCRIPTEN_KEEPALIVE const char* nrv_edit_scans(int nSymbology, int nFirst, int 
                 // A failed or untriggered edit leaves the record as it was.
                 AppendJsonShown(record.String.pValue, record.String.nLength, g_bScansEscaped, pOut);
                 if (nCode < 0 && g_ParseResult >= 0) {
-                    const TNrvExplanation why =
-                        NrvExplain(g_Expression.c_str(), scan.bytes.data(), scan.bytes.size(), PageLimits());
+                    const TNrvDiagnostic why =
+                        NrvExplainFailure(g_Expression.c_str(), scan.bytes.data(), scan.bytes.size(), PageLimits());
                     *pOut += ',';
-                    AppendJson(why.failure.command, pOut);
+                    AppendJson(why.command, pOut);
                     *pOut += ',';
-                    AppendJson(why.failure.message, pOut);
+                    AppendJson(why.message, pOut);
                 }
             }
             *pOut += ']';
