@@ -211,3 +211,8 @@ void CNrvParsingString::SetTraceCallback(PFNNRVTRACE pfnTrace, void* pContext)
     t_pTraceContext = pContext;
     t_pfnTrace = pfnTrace;
 }
+
+void NrvSetTraceCallback(PFNNRVTRACE pfnTrace, void* pContext)
+{
+    CNrvParsingString::SetTraceCallback(pfnTrace, pContext);
+}

@@ -4,9 +4,7 @@
 #include <cstddef>
 
 #include "NrvScanTypes.h"
-
-// Receives every finished trace line of the parser. bError marks error lines.
-typedef void (*PFNNRVTRACE)(bool bError, const char* pszLine, void* pContext);
+#include "NrvTrace.h"
 
 // A window [m_nStartIndex, m_nStopIndex) onto a character text. Windows cut
 // from another window, and copies, share the text given to the first
@@ -51,8 +49,7 @@ public:
     // the formatting, while no callback is installed.
     void DbgFormatDump(bool bError, const char* pszFormat);
 
-    // The calling thread's trace sink: lines of parses on this thread go to
-    // it, and only they. Null (the default) switches tracing off.
+    // The calling thread's trace sink (NrvSetTraceCallback, for hosts).
     static void SetTraceCallback(PFNNRVTRACE pfnTrace, void* pContext);
 
 protected:

@@ -451,34 +451,34 @@ void KeepLine(bool, const char* pszLine, void* pContext)
 TEST(Trace, EachThreadHasItsOwnSink)
 {
     TThreadTrace mainTrace;
-    CNrvParsingString::SetTraceCallback(KeepLine, &mainTrace);
+    NrvSetTraceCallback(KeepLine, &mainTrace);
     const char* const apszExpressions[] = {"{DecodedData()}", "{MakeUpperCase(b)}"};
     const int kParses = 300;
     TThreadTrace traces[2];
     size_t anLinesOfOneParse[2] = {0, 0};
     for (int i = 0; i < 2; ++i) {
         TThreadTrace once;
-        CNrvParsingString::SetTraceCallback(KeepLine, &once);
+        NrvSetTraceCallback(KeepLine, &once);
         CNrvDataEditingProfile profile;
         profile.Parse(apszExpressions[i]);
         anLinesOfOneParse[i] = once.lines.size();
     }
-    CNrvParsingString::SetTraceCallback(KeepLine, &mainTrace);
+    NrvSetTraceCallback(KeepLine, &mainTrace);
     mainTrace.lines.clear();
 
     std::vector<std::thread> threads;
     for (int i = 0; i < 2; ++i) {
         threads.emplace_back([&, i] {
-            CNrvParsingString::SetTraceCallback(KeepLine, &traces[i]);
+            NrvSetTraceCallback(KeepLine, &traces[i]);
             CNrvDataEditingProfile profile;
             for (int n = 0; n < kParses; ++n)
                 profile.Parse(apszExpressions[i]);
-            CNrvParsingString::SetTraceCallback(nullptr, nullptr);
+            NrvSetTraceCallback(nullptr, nullptr);
         });
     }
     for (std::thread& thread : threads)
         thread.join();
-    CNrvParsingString::SetTraceCallback(nullptr, nullptr);
+    NrvSetTraceCallback(nullptr, nullptr);
 
     EXPECT_TRUE(mainTrace.lines.empty());
     for (int i = 0; i < 2; ++i) {
