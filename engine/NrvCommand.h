@@ -42,10 +42,12 @@ protected:
     int Variant() const { return m_pRow->nVariant; }
 
     // The frame's limit check: a copy of the parameters the row names.
-    // Without limits, or for a row that names none, the lengths are not read.
+    // Without limits, or for a row that names none, the lengths are not
+    // read. A command is made by its factory, which refuses a null profile.
     NRVRESULT CheckCopiedParameters(CNrvOperationResult* pParameters) const
     {
-        return m_pRow->nCopiedParameters == 0 || !LimitsSet() ? NRV_OK : ChargeCopiedParameters(pParameters);
+        return !m_pDataEditing->HasLimits() || m_pRow->nCopiedParameters == 0 ? NRV_OK
+                                                                              : ChargeCopiedParameters(pParameters);
     }
 
 private:

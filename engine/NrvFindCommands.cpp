@@ -28,7 +28,6 @@ NRVRESULT CNrvOperationFindFromIndex::Compute(CNrvOperationResult& Result, CNrvO
                                               CNrvOperationResult& Start, CNrvOperationResult& Search,
                                               CNrvOperationResult& Offset) const
 {
-    const bool bLast = Variant() == kLast;
     const size_t nStart = Start.GetResultInteger();
     // A failed search upstream is handed on as it is, unsearched and
     // uncharged, the offset ignored.
@@ -36,6 +35,14 @@ NRVRESULT CNrvOperationFindFromIndex::Compute(CNrvOperationResult& Result, CNrvO
         Result.SetResult(kNrvIndexNotFound);
         return NRV_OK;
     }
+    return Variant() == kLast ? Find<true>(Result, Text, nStart, Search, Offset)
+                              : Find<false>(Result, Text, nStart, Search, Offset);
+}
+
+template <bool bLast>
+NRVRESULT CNrvOperationFindFromIndex::Find(CNrvOperationResult& Result, CNrvOperationResult& Text, size_t nStart,
+                                           CNrvOperationResult& Search, CNrvOperationResult& Offset) const
+{
     // The start is tested against the recorded length, which may run past
     // a zero byte. The forward search refuses a start outside the text
     // before it charges the search, the backward one after.
@@ -52,7 +59,7 @@ NRVRESULT CNrvOperationFindFromIndex::Compute(CNrvOperationResult& Result, CNrvO
         return NRV_ERR_OUT_OF_RANGE;
 
     int32_t nFound = kNrvIndexNotFound;
-    if (bLast) {
+    if constexpr (bLast) {
         nFound = FindLast(Text, nStart, Search);
         if (nStart == kNrvSizeIndexNone) {  // the last occurrence in the text, without the offset
             Result.SetResult(nFound);

@@ -15,6 +15,10 @@ public:
     std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 
 private:
+    // The body for one variant, so that each is compiled for its own.
+    template <bool bLast>
+    NRVRESULT Find(CNrvOperationResult& Result, CNrvOperationResult& Text, size_t nStart, CNrvOperationResult& Search,
+                   CNrvOperationResult& Offset) const;
     // The backward search of FindLastFromIndex: see its definition.
     static int FindLast(CNrvOperationResult& Text, size_t nStart, CNrvOperationResult& Search);
 };
