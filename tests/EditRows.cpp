@@ -52,6 +52,16 @@ std::vector<std::string> SampleArguments(const TNrvCommandInfo& row)
     return arguments;
 }
 
+std::vector<std::string> SampleArgumentsOver(const TNrvCommandInfo& row, const std::string& text)
+{
+    std::vector<std::string> arguments = SampleArguments(row);
+    for (std::string& argument : arguments) {
+        if (argument.find('{') != std::string::npos)
+            argument = text;
+    }
+    return arguments;
+}
+
 std::string CallOf(const TNrvCommandInfo& row, const std::vector<std::string>& arguments)
 {
     std::string call = std::string("{") + row.pszName + "(";

@@ -34,6 +34,9 @@ inline void ExpectEdits(const std::vector<TEditRow>& rows)
 // at the commas outside braces, and a call of the command put back together
 // from arguments: the tests that cover every command vary the samples.
 std::vector<std::string> SampleArguments(const TNrvCommandInfo& row);
+// The same with each argument that is a command (the scan the sample reads)
+// written as the literal text instead.
+std::vector<std::string> SampleArgumentsOver(const TNrvCommandInfo& row, const std::string& text);
 std::string CallOf(const TNrvCommandInfo& row, const std::vector<std::string>& arguments);
 // The scan every sample call edits without failing.
 inline const char* SampleScan()

@@ -150,12 +150,7 @@ TEST(Limits, EveryCommandChargesItsWork)
     size_t nCount = 0;
     const TNrvCommandInfo* pTable = NrvGetCommandTable(&nCount);
     for (size_t i = 0; i < nCount; ++i) {
-        std::vector<std::string> arguments = SampleArguments(pTable[i]);
-        for (std::string& argument : arguments) {
-            if (argument.find('{') != std::string::npos)
-                argument = SampleScan();
-        }
-        const std::string call = CallOf(pTable[i], arguments);
+        const std::string call = CallOf(pTable[i], SampleArgumentsOver(pTable[i], SampleScan()));
         SCOPED_TRACE(call);
         const TOutcome unlimited = EditWithLimits(call, SampleScan(), {kNone, kNone, kNone});
         ASSERT_EQ(unlimited.code, NRV_OK);

@@ -810,11 +810,7 @@ TEST(RobustnessHostile, EveryCommandGivenEmptyTexts)
     size_t nCount = 0;
     const TNrvCommandInfo* pTable = NrvGetCommandTable(&nCount);
     for (size_t i = 0; i < nCount; ++i) {
-        std::vector<std::string> arguments = SampleArguments(pTable[i]);
-        for (std::string& argument : arguments) {
-            if (argument.find('{') != std::string::npos)
-                argument = "AB-CD-EF";
-        }
+        const std::vector<std::string> arguments = SampleArgumentsOver(pTable[i], SampleScan());
         std::vector<std::string> allEmpty = arguments;
         for (size_t j = 0; j < arguments.size(); ++j) {
             if (pTable[i].pParameters[j].nKind != kNrvKindText)
