@@ -26,6 +26,10 @@ public:
     bool CheckIfParametersAreCorrect() const override;
     int GetResultType() const override { return m_pRow->nResultType; }
 
+    // A new command of the same row and profile, without parameters: for
+    // explanations, which give it parameters of their own. The caller owns it.
+    virtual CNrvCommandOperation* NewSameCommand() const = 0;
+
     // Why Run returned nCode although every parameter ran, said with the
     // parameters' values (pParameters holds one record per parameter),
     // without the command's name: "count 20 is not less than the length 3
@@ -85,6 +89,8 @@ public:
 
     // How many parameters the body takes, which must be the row's count.
     static constexpr size_t ParameterCount() { return NrvBodyParameterCount(&TCommand::Compute); }
+
+    CNrvCommandOperation* NewSameCommand() const final { return new TCommand(m_pDataEditing, GetCommandInfo()); }
 
     // The frame: run the parameters in order, stopping at the first
     // failure and leaving Result as it was; check the limits the row

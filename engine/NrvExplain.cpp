@@ -6,7 +6,6 @@
 #include "NrvExplain.h"
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 
 #include "NrvCommand.h"
@@ -26,9 +25,9 @@ public:
     int GetResultType() const override { return CNrvOperationResult::typeStringOrInt; }
     NRVRESULT Run(CNrvOperationResult& Result) const override
     {
+        // A value that ran has its text (a number's is made here if need be).
         const char* pszText = m_pValue->GetResultString();
-        const size_t nLength = pszText != nullptr ? m_pValue->GetResultStringLength() : 0;
-        const NRVRESULT result = Result.WriteResult(pszText, nLength);
+        const NRVRESULT result = Result.WriteResult(pszText, m_pValue->GetResultStringLength());
         if (m_pValue->GetType() == CNrvOperationResult::typeInt)
             Result.SetResult(NrvIntegerOf(*m_pValue));
         return result;
@@ -44,10 +43,7 @@ private:
 // whose own run failed.
 class CEvaluator {
 public:
-    CEvaluator(const CNrvParseRecorder& recorder, CNrvDataEditingProfile* pProfile)
-        : m_Recorder(recorder), m_pProfile(pProfile)
-    {
-    }
+    explicit CEvaluator(const CNrvParseRecorder& recorder) : m_Recorder(recorder) {}
 
     NRVRESULT Evaluate(CNrvOperation* pOperation, CNrvOperationResult& Value, TNrvExplainNode* pNode);
     // A node that is not run, and its parameters.
@@ -63,7 +59,6 @@ private:
     static void Record(CNrvOperationResult& Value, TNrvExplainNode* pNode);
 
     const CNrvParseRecorder& m_Recorder;
-    CNrvDataEditingProfile* m_pProfile;
     bool m_bFailureFound = false;
     TNrvDiagnostic m_Failure;
 };
@@ -89,22 +84,22 @@ NRVRESULT CEvaluator::Evaluate(CNrvOperation* pOperation, CNrvOperationResult& V
         else
             nCode = Evaluate(operations[i], values[i], pParameter);
     }
-    const bool bParametersRan = nCode >= 0;
-    if (bParametersRan) {
-        // A literal, or a command without parameters, is its own run.
-        nCode = pCommand == nullptr || operations.empty() ? pOperation->Run(Value)
-                                                          : RunOnValues(*pCommand, values, Value);
-    }
-    // The first command whose own run failed, every parameter having run,
-    // is the one the failure is told of.
-    if (bParametersRan && nCode < 0 && pCommand != nullptr && !m_bFailureFound) {
-        m_bFailureFound = true;
-        const TNrvNodePlace& place = m_Recorder.NodeOf(pOperation);
-        m_Failure.nCode = nCode;
-        m_Failure.command = m_Recorder.Text(place.name);
-        m_Failure.nOffset = place.name.nOffset;
-        m_Failure.nLength = place.name.nLength;
-        m_Failure.message = pCommand->DescribeFailure(nCode, values.data());
+    if (nCode >= 0 && pCommand == nullptr) {
+        nCode = pOperation->Run(Value);  // a literal
+    } else if (nCode >= 0) {
+        // A command without parameters is its own run.
+        nCode = operations.empty() ? pOperation->Run(Value) : RunOnValues(*pCommand, values, Value);
+        // Every parameter ran: this command's own run failed, the first
+        // to fail (the run stops there), and the failure is told of it.
+        if (nCode < 0) {
+            m_bFailureFound = true;
+            const TNrvNodePlace& place = m_Recorder.NodeOf(pOperation);
+            m_Failure.nCode = nCode;
+            m_Failure.command = m_Recorder.Text(place.name);
+            m_Failure.nOffset = place.name.nOffset;
+            m_Failure.nLength = place.name.nLength;
+            m_Failure.message = pCommand->DescribeFailure(nCode, values.data());
+        }
     }
     if (pNode != nullptr) {
         pNode->nCode = nCode;
@@ -119,15 +114,7 @@ NRVRESULT CEvaluator::Evaluate(CNrvOperation* pOperation, CNrvOperationResult& V
 NRVRESULT CEvaluator::RunOnValues(const CNrvCommandOperation& command, std::vector<CNrvOperationResult>& values,
                                   CNrvOperationResult& Value) const
 {
-    const TNrvCommandInfo& row = command.GetCommandInfo();
-    CNrvOperationFactory* pFactory =
-        CNrvOperationDictionary::GetLibraryDictionary()->GetValue(row.pszName, strlen(row.pszName));
-    CNrvOperation* pMade = nullptr;
-    const NRVRESULT made =
-        pFactory != nullptr ? pFactory->CreateOperation(m_pProfile, &pMade) : NRV_ERR_UNKNOWN_COMMAND;
-    std::unique_ptr<CNrvOperation> copy(pMade);
-    if (made < 0)
-        return made;
+    std::unique_ptr<CNrvOperation> copy(command.NewSameCommand());
     for (CNrvOperationResult& value : values) {
         std::unique_ptr<CNrvOperation> parameter(new CNrvComputedValue(&value));
         const NRVRESULT added = copy->GetOperationsList()->AddTail(parameter.get());
@@ -165,9 +152,8 @@ void CEvaluator::Record(CNrvOperationResult& Value, TNrvExplainNode* pNode)
     pNode->bInteger = Value.GetType() == CNrvOperationResult::typeInt;
     if (pNode->bInteger)
         pNode->nInteger = NrvIntegerOf(Value);
+    // A value that ran has its text (a number's is made here if need be).
     const char* pszText = Value.GetResultString();
-    if (pszText == nullptr)
-        return;
     pNode->nValueLength = Value.GetResultStringLength();
     pNode->value.assign(pszText, std::min(pNode->nValueLength, kNrvExplainValueBytes));
 }
@@ -181,7 +167,7 @@ NRVRESULT RunExplained(CNrvDataEditingProfile& profile, const CNrvParseRecorder&
 {
     NRVRESULT nCode = profile.PrepareRun(pData, nLength);
     const bool bScan = nCode >= 0;
-    CEvaluator evaluator(recorder, &profile);
+    CEvaluator evaluator(recorder);
     size_t nOutput = 0;
     for (const TNrvNodePlace& root : recorder.Nodes()) {
         if (root.nDepth != 0)
@@ -200,7 +186,7 @@ NRVRESULT RunExplained(CNrvDataEditingProfile& profile, const CNrvParseRecorder&
         if (nCode < 0)
             continue;
         const char* pszText = value.GetResultString();
-        const size_t nText = pszText != nullptr ? value.GetResultStringLength() : 0;
+        const size_t nText = value.GetResultStringLength();
         if (profile.HasLimits())
             nCode = profile.ChargeWork(nOutput + nText, nText);
         if (nCode < 0)

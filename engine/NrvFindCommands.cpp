@@ -48,15 +48,19 @@ NRVRESULT CNrvOperationFindFromIndex::Find(CNrvOperationResult& Result, CNrvOper
     // before it charges the search, the backward one after.
     const size_t nLength = Text.GetResultStringLength();
     const bool bStartInText = nStart == kNrvSizeIndexNone || nStart < nLength;
-    if (!bLast && !bStartInText)
-        return NRV_ERR_OUT_OF_RANGE;
+    if constexpr (!bLast) {
+        if (!bStartInText)
+            return NRV_ERR_OUT_OF_RANGE;
+    }
     NRVRESULT limits = CheckPositionsFit(nLength);
     if (limits >= 0)
         limits = CheckSearchLimits(Text, Search);
     if (limits < 0)
         return limits;
-    if (!bStartInText)
-        return NRV_ERR_OUT_OF_RANGE;
+    if constexpr (bLast) {
+        if (!bStartInText)
+            return NRV_ERR_OUT_OF_RANGE;
+    }
 
     int32_t nFound = kNrvIndexNotFound;
     if constexpr (bLast) {

@@ -434,6 +434,10 @@ TEST(Diagnostics, NullExpressionAndNullScan)
     EXPECT_FALSE(explanation.nodes[0].bRun);
     EXPECT_EQ("no scan data was given", explanation.failure.message);
     EXPECT_EQ(NRV_OK, NrvExplain("{DecodedData()}", nullptr, 0).nCode);
+    EXPECT_EQ(NRV_ERR_INVALID_PARAMETER, NrvExplainFailure(nullptr, "x", 1).nCode);
+    const TNrvDiagnostic failure = NrvExplainFailure("{DecodedData()}", nullptr, 3);
+    EXPECT_EQ(NRV_ERR_INVALID_PARAMETER, failure.nCode);
+    EXPECT_EQ("no scan data was given", failure.message);
 }
 
 struct TThreadTrace {
