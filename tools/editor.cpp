@@ -19,7 +19,8 @@ namespace {
 
 void OnTraceLine(bool bError, const char* pszLine, void*)
 {
-    fprintf(stderr, "trace: %s%s\n", bError ? "ERROR: " : "", pszLine);
+    // The line quotes the expression, which may hold any byte.
+    fprintf(stderr, "trace: %s%s\n", bError ? "ERROR: " : "", NrvShown(pszLine, kNrvBytesMessage).c_str());
 }
 
 // The parser's trace on standard error while it lives, with --trace.
@@ -166,7 +167,7 @@ std::unique_ptr<CScanEditor> MakeRulesEditor(const SOptions& options)
         for (const TNrvRulesError& error : errors)
             fputs(NrvFormatRulesError(options.pszRules, error).c_str(), stderr);
         fprintf(stderr, "nrv-edit: %zu error%s in the rules file %s\n", errors.size(), errors.size() == 1 ? "" : "s",
-                options.pszRules);
+                NrvShown(options.pszRules, kNrvBytesMessage).c_str());
         return nullptr;
     }
     // Every rule edits under the limits the tool's own expression would.

@@ -176,7 +176,8 @@ int EditScans(const SOptions& options, std::vector<std::string>& decoded, CScanE
     const int fd = OpenInput(options, bStandardInput);
     if (fd < 0)
         return kExitUsage;
-    const std::string inputName = bStandardInput ? "standard input" : options.pszInput;
+    const std::string inputName =
+        bStandardInput ? "standard input" : NrvShown(options.pszInput, kNrvBytesMessage);
     const int status = EditLines(fd, inputName.c_str(), options, &output, &printer);
     if (!bStandardInput)
         close(fd);

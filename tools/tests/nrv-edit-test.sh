@@ -89,6 +89,16 @@ stderr_lines() {
     fi
 }
 
+# no_raw_controls WHAT: the last run wrote no ESC, BEL or VT, on either stream.
+no_raw_controls() {
+    cases=$((cases + 1))
+    if cat "$WORK/out" "$WORK/err" | grep -q "$(printf '[\033\007\013]')"; then
+        failures=$((failures + 1))
+        echo "FAIL a raw control byte reached the terminal: $(printf %s "$1" | tr -d "\001-\037")"
+        od -c "$WORK/err" | sed 's/^/  | /'
+    fi
+}
+
 CUT2='{TruncateFromBeginning({DecodedData()},2)}'
 EXAMPLE_RULES=$(dirname "$0")/../../examples/rules.toml
 
@@ -645,11 +655,27 @@ streams)
     expect "escape bytes in a symbology" 2 NONE "unknown symbology 'Code\\x1B[2J'" -s "$esc" "$SHOW" x
     expect "escape bytes in an unknown option" 2 NONE "unknown option '--xCode\\x1B[2J'" "--x$esc" "$SHOW" x
     expect "escape bytes in a file name" 2 NONE "cannot read 'noCode\\x1B[2J'" -i "no$esc" "$SHOW"
-    cases=$((cases + 1))
-    if grep -q "$(printf '\033')" "$WORK/err"; then
-        failures=$((failures + 1))
-        echo "FAIL a raw ESC reached standard error"
-    fi
+    no_raw_controls "a file name"
+    # Everything else echoed: a rules file's name, its keys and symbology
+    # names, trace lines, an integer literal as written.
+    printf '[[rule]]\nexpression = "x"\n"k\\u001b" = 1\nsymbologies = ["a\\u0007"]\n' >"$WORK/raw.toml"
+    for args in "--rules|no$esc.toml|x" "--check|--rules|$WORK/raw.toml" "--trace|{Nope$esc()}|x" \
+        "--explain|{TruncateFromEnd({DecodedData()},$(printf '\v')1)}|abc"; do
+        cases=$((cases + 1))
+        (IFS='|'; set -f; "$TOOL" $args) >"$WORK/out" 2>"$WORK/err"
+        no_raw_controls "$args"
+    done
+    for piece in "noCode\\x1B[2J.toml: cannot read the file" "in the rules file noCode\\x1B[2J.toml" \
+        "unknown key 'k\\x1B'" "unknown symbology 'a\\x07'" "trace: ERROR: Error unable to find the command:NopeCode\\x1B[2J"; do
+        cases=$((cases + 1))
+        for args in "--rules|no$esc.toml|x" "--check|--rules|$WORK/raw.toml" "--trace|{Nope$esc()}|x"; do
+            (IFS='|'; set -f; "$TOOL" $args) 2>&1
+        done | grep -qF -- "$piece" || { failures=$((failures + 1)); echo "FAIL not shown escaped: $piece"; }
+    done
+    expect "an integer literal as written, escaped" 0 'scan 1: "abc" => "ab"
+  TruncateFromEnd => "ab"
+    DecodedData => "abc"
+    \x0B1 => 1' '' --explain "{TruncateFromEnd({DecodedData()},$(printf '\v')1)}" abc
     ;;
 
 options)
