@@ -75,7 +75,16 @@ public:
 private:
     void Error(TNrvTextPosition position, size_t nWidth, std::string message);
     void Error(const toml::source_region& where, std::string message);
-    void ReadRule(const toml::table& rule, const std::string& label, CNrvRuleSet* pSet);
+    // One [[rule]] table as it is read.
+    struct SRule {
+        std::string name, expression;
+        const toml::node* pExpression = nullptr;
+        CNrvSettings settings;
+        // Where each setting was read, to point at when settings contradict each other.
+        const toml::node* apSetting[kNrvSettingCount] = {};
+    };
+    void ReadRule(const toml::table& table, const std::string& label, CNrvRuleSet* pSet);
+    void ReadKey(const toml::key& written, const toml::node& value, const std::string& label, SRule* pRule);
     bool ReadSetting(ENrvSetting setting, const toml::node& value, const std::string& label, CNrvSettings* pSettings);
     bool ReadSymbologies(const toml::node& value, const std::string& label, CNrvSettings* pSettings);
     void ExpressionError(const toml::node& value, const std::string& expression, NRVRESULT nCode,
@@ -233,64 +242,62 @@ bool CRulesReader::ReadSymbologies(const toml::node& value, const std::string& l
     return m_nErrors == nErrorsBefore;
 }
 
-void CRulesReader::ReadRule(const toml::table& rule, const std::string& label, CNrvRuleSet* pSet)
+void CRulesReader::ReadKey(const toml::key& written, const toml::node& value, const std::string& label, SRule* pRule)
+{
+    const std::string key(written.str());
+    const ENrvSetting setting = SettingOfKey(key);
+    if (setting != kNrvSettingCount) {
+        if (ReadSetting(setting, value, label, &pRule->settings))
+            pRule->apSetting[setting] = &value;
+        return;
+    }
+    const bool bText = key == "name" || key == "expression";
+    if (!bText) {
+        Error(written.source(), label + ": unknown key '" + NrvShown(key, kNrvBytesMessage) + "'" + Hint(key));
+        return;
+    }
+    const std::optional<std::string> text = value.value_exact<std::string>();
+    if (!text) {
+        Error(value.source(), label + ": '" + key + "' must be a string, not " + TypeName(value));
+    } else if (key == "name") {
+        pRule->name = *text;
+    } else {
+        pRule->expression = *text;
+        pRule->pExpression = &value;
+    }
+}
+
+void CRulesReader::ReadRule(const toml::table& table, const std::string& label, CNrvRuleSet* pSet)
 {
     const size_t nErrorsBefore = m_nErrors;
-    std::string name, expression;
-    const toml::node* pExpression = nullptr;
-    CNrvSettings settings;
-    // Where each setting was read, to point at when settings contradict each other.
-    const toml::node* apSetting[kNrvSettingCount] = {};
-    for (auto&& [key, value] : rule) {
-        const std::string keyText(key.str());
-        const ENrvSetting setting = SettingOfKey(keyText);
-        if (keyText == "name") {
-            if (const std::optional<std::string> text = value.value_exact<std::string>())
-                name = *text;
-            else
-                Error(value.source(), label + ": 'name' must be a string, not " + TypeName(value));
-        } else if (keyText == "expression") {
-            if (const std::optional<std::string> text = value.value_exact<std::string>()) {
-                expression = *text;
-                pExpression = &value;
-            } else {
-                Error(value.source(), label + ": 'expression' must be a string, not " + TypeName(value));
-            }
-        } else if (setting != kNrvSettingCount) {
-            if (ReadSetting(setting, value, label, &settings))
-                apSetting[setting] = &value;
-        } else {
-            Error(key.source(), label + ": unknown key '" + NrvShown(keyText, kNrvBytesMessage) + "'" + Hint(keyText));
-        }
-    }
+    SRule rule;
+    for (auto&& [key, value] : table)
+        ReadKey(key, value, label, &rule);
     // A rule that no scan can satisfy is a mistake, not a rule. Only what
     // was read can contradict, so the place is known; the rule's own is a
     // fallback all the same.
     std::vector<TNrvSettingError> contradictions;
-    settings.Check(&contradictions);
+    rule.settings.Check(&contradictions);
     for (const TNrvSettingError& error : contradictions) {
-        const toml::node* pWhere = apSetting[error.setting];
-        Error(pWhere != nullptr ? pWhere->source() : rule.source(),
+        const toml::node* pWhere = rule.apSetting[error.setting];
+        Error(pWhere != nullptr ? pWhere->source() : table.source(),
               label + " can never match: " + error.Describe(kRuleSettingNames));
     }
 
-    if (rule.find("expression") == rule.end())
-        Error(rule.source(), label + " has no 'expression'");
-    if (pExpression == nullptr)
+    if (table.find("expression") == table.end())
+        Error(table.source(), label + " has no 'expression'");
+    if (rule.pExpression == nullptr)
         return;
-    if (expression.find('\0') != std::string::npos) {
-        Error(pExpression->source(), label + ": the expression cannot hold a zero byte");
+    if (rule.expression.find('\0') != std::string::npos) {
+        Error(rule.pExpression->source(), label + ": the expression cannot hold a zero byte");
         return;
     }
     CNrvDataEditingProfile* pProfile = nullptr;
-    const NRVRESULT result = pSet->AddRule(expression.c_str(), name.c_str(), &pProfile);
-    if (result < 0) {
-        ExpressionError(*pExpression, expression, result, label);
-        return;
-    }
-    if (m_nErrors != nErrorsBefore)
-        return;  // the set is thrown away: no need to finish the rule
-    settings.Apply(pProfile);
+    const NRVRESULT result = pSet->AddRule(rule.expression.c_str(), rule.name.c_str(), &pProfile);
+    if (result < 0)
+        ExpressionError(*rule.pExpression, rule.expression, result, label);
+    else if (m_nErrors == nErrorsBefore)
+        rule.settings.Apply(pProfile);  // else the set is thrown away: no need to finish the rule
 }
 
 // Shows the culprit inside the expression where the file writes it.

@@ -89,6 +89,27 @@ void AppendNode(const TNrvExplainNode& node, size_t nDepth, const TNrvExplanatio
         AppendNode(parameter, nDepth + 1, explanation, bColor, pOut);
 }
 
+// The bytes [*pnFirst, *pnLast) of an expression to show around the byte at
+// nOffset: all of them when they fit, otherwise some context before it and
+// as much after as fits.
+void ShownWindow(const std::vector<std::string>& shown, size_t nOffset, size_t* pnFirst, size_t* pnLast)
+{
+    size_t nFirst = nOffset, nWidth = 0;
+    while (nFirst > 0 && nWidth + shown[nFirst - 1].size() <= kContextBefore)
+        nWidth += shown[--nFirst].size();
+    size_t nTotal = 0;
+    for (const std::string& piece : shown)
+        nTotal += piece.size();
+    if (nTotal <= kShownWidth)
+        nFirst = 0;
+    size_t nLast = nFirst;
+    for (size_t nUsed = 0;
+         nLast < shown.size() && (nTotal <= kShownWidth || nUsed + shown[nLast].size() <= kShownWidth); ++nLast)
+        nUsed += shown[nLast].size();
+    *pnFirst = nFirst;
+    *pnLast = nLast;
+}
+
 }  // namespace
 
 bool UseColor(EColor color, int fd)
@@ -113,23 +134,8 @@ std::string FormatParseError(const char* pszExpression, const TNrvDiagnostic& di
         NrvAppendEscaped(pszExpression + i, 1, &shown[i]);
     const size_t nOffset = std::min(diagnostic.nOffset, nLength);
     const size_t nEnd = std::min(nOffset + diagnostic.nLength, nLength);
-
-    // The window [nFirst, nLast): all of it when it fits, otherwise some
-    // context before the range and as much after as fits.
-    size_t nFirst = nOffset, nWidth = 0;
-    while (nFirst > 0 && nWidth + shown[nFirst - 1].size() <= kContextBefore)
-        nWidth += shown[--nFirst].size();
-    size_t nTotal = 0;
-    for (const std::string& piece : shown)
-        nTotal += piece.size();
-    if (nTotal <= kShownWidth) {
-        nFirst = 0;
-        nWidth = 0;
-    }
-    size_t nLast = nFirst;
-    for (size_t nUsed = 0; nLast < nLength && (nTotal <= kShownWidth || nUsed + shown[nLast].size() <= kShownWidth);
-         ++nLast)
-        nUsed += shown[nLast].size();
+    size_t nFirst = 0, nLast = 0;
+    ShownWindow(shown, nOffset, &nFirst, &nLast);
 
     std::string line = "  ", carets = "  ";
     if (nFirst > 0) {

@@ -231,7 +231,9 @@ bool ReadTriggerTexts(SOptions* pOptions, std::string* pError)
     return true;
 }
 
-void PrintHelp()
+namespace {
+
+void PrintUsageAndOptions()
 {
     fputs("Usage: nrv-edit [OPTIONS] EXPRESSION [DATA...]\n"
           "       nrv-edit [OPTIONS] --rules FILE [DATA...]\n"
@@ -256,11 +258,15 @@ void PrintHelp()
           "      --list-commands      list the commands, their parameters and result\n"
           "  -h, --help               show this help\n"
           "      --version            show the version\n"
-          "\n"
-          "Limits (0: none; a scan that passes one is reported and printed unchanged):\n",
+          "\n",
           stdout);
-    // The defaults as the settings and the tool hold them, written nowhere else.
-    printf("      --max-text N         the largest text an edit may build (default %zu)\n"
+}
+
+// The defaults as the settings and the tool hold them, written nowhere else.
+void PrintLimits()
+{
+    printf("Limits (0: none; a scan that passes one is reported and printed unchanged):\n"
+           "      --max-text N         the largest text an edit may build (default %zu)\n"
            "      --max-work N         work per scan byte an edit may do, on top of %zu MiB\n"
            "                           (bytes examined or copied; default %zu)\n"
            "      --max-line N         longer lines are passed through unedited, never read\n"
@@ -269,7 +275,11 @@ void PrintHelp()
            "\n",
            CNrvSettings::kDefaultMaximumText, CNrvSettings::kWorkBase >> 20, CNrvSettings::kDefaultWorkPerScanByte,
            SOptions::kDefaultMaxLine, SOptions::kDefaultMaxErrors);
-    fputs(          "Triggers (a scan that fails one is printed unchanged):\n"
+}
+
+void PrintTriggersRulesAndStatus()
+{
+    fputs("Triggers (a scan that fails one is printed unchanged):\n"
           "      --min-size N         edit only scans of at least N bytes\n"
           "      --max-size N         edit only scans of at most N bytes\n"
           "      --only-symbology NAME|N  edit only scans of this symbology (repeatable)\n"
@@ -289,10 +299,14 @@ void PrintHelp()
           "passed a limit (that scan is printed unchanged); 2 usage error, an expression\n"
           "that does not parse, a rules file with errors, or a read or write error (the\n"
           "tool stops at the first).\n"
-          "\n"
-          "Commands (--list-commands shows their parameters):\n",
+          "\n",
           stdout);
-    // Straight from the library's command table, so that the list is whole.
+}
+
+// Straight from the library's command table, so that the list is whole.
+void PrintCommandNames()
+{
+    fputs("Commands (--list-commands shows their parameters):\n", stdout);
     size_t nCommands = 0;
     const TNrvCommandInfo* pCommands = NrvGetCommandTable(&nCommands);
     size_t nColumn = 0;
@@ -304,7 +318,12 @@ void PrintHelp()
         }
         nColumn += static_cast<size_t>(printf("%s%s", nColumn == 0 ? "  " : " ", pCommands[i].pszName));
     }
-    fputs("\n\nSymbologies (names in any case, or their numbers):\n", stdout);
+    putchar('\n');
+}
+
+void PrintSymbologyNames()
+{
+    fputs("\nSymbologies (names in any case, or their numbers):\n", stdout);
     const int nColumns = 3;
     int nId = 0;
     for (; NrvSymbologyName(nId) != nullptr; ++nId) {
@@ -314,4 +333,15 @@ void PrintHelp()
     }
     if (nId % nColumns != 0)
         putchar('\n');
+}
+
+}  // namespace
+
+void PrintHelp()
+{
+    PrintUsageAndOptions();
+    PrintLimits();
+    PrintTriggersRulesAndStatus();
+    PrintCommandNames();
+    PrintSymbologyNames();
 }
