@@ -12,6 +12,25 @@ void AppendUnicodeEscape(unsigned char c, std::string* pOut)
     pOut->append(szEscape, 6);
 }
 
+// A JSON string: quotes, backslashes and control bytes escaped, and with
+// bAscii every byte from 0x7F up as the character of its value.
+void AppendQuoted(std::string_view text, bool bAscii, std::string* pOut)
+{
+    *pOut += '"';
+    for (const char ch : text) {
+        const unsigned char c = static_cast<unsigned char>(ch);
+        if (c == '"' || c == '\\') {
+            *pOut += '\\';
+            *pOut += ch;
+        } else if (c < 0x20 || (bAscii && c >= 0x7F)) {
+            AppendUnicodeEscape(c, pOut);
+        } else {
+            *pOut += ch;
+        }
+    }
+    *pOut += '"';
+}
+
 void AppendNumber(long long n, std::string* pOut)
 {
     *pOut += std::to_string(n);
@@ -31,30 +50,17 @@ const char* KindName(ENrvNodeKind kind)
 
 void CNrvJsonWriter::AppendString(std::string_view bytes, ENrvByteForm form, std::string* pOut) const
 {
-    *pOut += '"';
-    if (form == kNrvBytesCodePoints) {
-        // ASCII out, every byte one character: nothing to decode, nothing lost.
-        for (const char ch : bytes) {
-            const unsigned char c = static_cast<unsigned char>(ch);
-            if (c == '"' || c == '\\') {
-                *pOut += '\\';
-                *pOut += ch;
-            } else if (c < 0x20 || c >= 0x7F) {
-                AppendUnicodeEscape(c, pOut);
-            } else {
-                *pOut += ch;
-            }
-        }
-    } else {
-        // The other forms are valid UTF-8 without control bytes.
-        const std::string shown = NrvShown(bytes, form);
-        for (const char ch : shown) {
-            if (ch == '"' || ch == '\\')
-                *pOut += '\\';
-            *pOut += ch;
-        }
-    }
-    *pOut += '"';
+    // The code-point form is ASCII out, every byte one character: nothing
+    // to decode, nothing lost. The other forms are valid UTF-8.
+    if (form == kNrvBytesCodePoints)
+        AppendQuoted(bytes, true, pOut);
+    else
+        AppendUtf8(NrvShown(bytes, form), pOut);
+}
+
+void CNrvJsonWriter::AppendUtf8(std::string_view text, std::string* pOut)
+{
+    AppendQuoted(text, false, pOut);
 }
 
 void CNrvJsonWriter::AppendBytes(std::string_view bytes, std::string* pOut) const

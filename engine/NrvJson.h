@@ -48,6 +48,9 @@ public:
     void AppendBytes(std::string_view bytes, std::string* pOut) const;
     // A JSON string of a text: a message, a name.
     void AppendText(std::string_view text, std::string* pOut) const;
+    // A JSON string of text that is valid UTF-8 as it stands: only quotes,
+    // backslashes and control bytes escaped.
+    static void AppendUtf8(std::string_view text, std::string* pOut);
 
     void AppendParseOutcome(const TNrvDiagnostic& diagnostic, std::string* pOut) const;
     // The diagnostic as an object of its own.
