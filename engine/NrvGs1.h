@@ -1,9 +1,15 @@
-// GS1 element strings: the table of Application Identifiers (AIs).
+// GS1 element strings: the table of Application Identifiers (AIs) and a
+// reader that walks a message element by element and checks each one.
 //
 // The table holds, per AI or range of AIs, what GS1's syntax dictionary says
 // of it: whether its length is predefined (no separator needed after it), the
 // components of its data (character set, length, optional or not), the checks
-// on each component, and its title.
+// on each component, and its title. The reader accepts a message bare, after
+// one of the symbology identifiers ]C1 ]e0 ]d2 ]Q3 ]J1, or after a leading
+// group separator (0x1D); variable-length elements end at a separator, and a
+// separator after a predefined-length element is tolerated. Pairings between
+// AIs (one AI requiring or excluding another) are not checked: one scan may be
+// only one of several codes on an item.
 //
 // Standard library only; nothing here allocates. Texts are bytes with their
 // length: zero bytes and bytes from 0x80 up are data like any other, and no
@@ -14,9 +20,15 @@
 #include <cstddef>
 #include <cstdint>
 
+#if defined(__GNUC__)
+#define NRV_GS1_PRINTF(nFormat, nFirst) __attribute__((format(printf, nFormat, nFirst)))
+#else
+#define NRV_GS1_PRINTF(nFormat, nFirst)
+#endif
+
 // The checks a component's content may carry, named in comments as the
-// dictionary names them. Those marked "not checked" need data the library
-// does not hold.
+// dictionary names them. The reader makes every one except those marked
+// "not checked", which need data the library does not hold.
 enum ENrvGs1Check : uint8_t {
     kNrvGs1CheckNone = 0,
     kNrvGs1Csum,            // csum: GS1 mod-10 check digit, the component's last digit
@@ -99,5 +111,102 @@ size_t NrvGs1AiLength(char cFirst, char cSecond);
 // The entry of the AI written in pAi[0..nLength) as digits ("01", "3103"),
 // or null when no such AI exists. A few comparisons, no allocation.
 const TNrvGs1Entry* NrvGs1LookupAi(const char* pAi, size_t nLength);
+
+// One element string of a message. Offsets count from the start of the text
+// given to the reader, symbology identifier included.
+struct TNrvGs1Element {
+    const TNrvGs1Entry* pEntry;  // its AI's entry: title, components, flags
+    size_t nAiOffset;            // the AI's digits
+    size_t nAiLength;            // 2 to 4
+    size_t nDataOffset;          // its data, right after the AI, without the
+    size_t nDataLength;          // separator that may end it
+};
+
+constexpr size_t kNrvGs1MessageSize = 128;
+
+// Why a text is not a valid GS1 message: the culprit's bytes and one sentence
+// ("AI (17): month 13 is not a month"). The culprit is the byte or digits at
+// fault, the data of an element whose length is wrong (the AI when it has no
+// data), the AI of an unknown AI, or the identifier; a text that holds no
+// element string gives the length 0 at the offset where one should start.
+struct TNrvGs1Fault {
+    size_t nOffset;
+    size_t nLength;
+    char szMessage[kNrvGs1MessageSize];
+};
+
+// Reads a message one element string at a time, checking each as it goes:
+//
+//     CNrvGs1Reader reader(pText, nLength);
+//     TNrvGs1Element element;
+//     while (reader.Next(&element)) { ... }
+//     if (reader.Failed()) { ... reader.GetFault() ... }
+//
+// The elements given before a fault were valid, but the message is not: a
+// caller that needs a valid message reads to the end before using them.
+//
+// Cost: one pass. Each byte of an element is looked at by the search for the
+// separator, the character set and at most three checks of its component;
+// each element adds its AI's look-up (at most 4 digits read, then 5 steps of
+// a binary search over at most 31 rows, 4 bytes compared in each, and the 2
+// bounds compared: 32 looks) and an element is at least 3 bytes long, so a
+// byte costs at most 5 + 32 / 3 < 16 looks. NrvGs1ReadWork(nLength) is that
+// bound in the units of the profile's work budget (bytes examined).
+class CNrvGs1Reader {
+public:
+    CNrvGs1Reader(const char* pText, size_t nLength);
+
+    // True with the next element in *pElement; false at the end of the text
+    // or at the first fault (then Failed() is true), and on every call after.
+    bool Next(TNrvGs1Element* pElement);
+    bool Failed() const { return m_bFailed; }
+    // Meaningful once Failed() is true.
+    const TNrvGs1Fault& GetFault() const { return m_Fault; }
+
+private:
+    bool Start();
+    bool ReadAi(const TNrvGs1Entry** ppEntry, size_t* pnDigits);
+    bool ReadData(const TNrvGs1Entry* pEntry, size_t nAiOffset, size_t nAiLength, size_t* pnDataLength);
+    bool Fail(size_t nOffset, size_t nLength, const char* pszFormat, ...) NRV_GS1_PRINTF(4, 5);
+
+    const char* m_pText;
+    size_t m_nLength;
+    size_t m_nPos;
+    bool m_bStarted;
+    bool m_bFailed;
+    TNrvGs1Fault m_Fault;
+};
+
+// What the reader costs, at most, over a text of nLength bytes.
+constexpr size_t NrvGs1ReadWork(size_t nLength)
+{
+    return 16 * nLength + 16;
+}
+
+// True when the whole text is a valid GS1 message; otherwise false, with the
+// first fault in *pFault when pFault is not null.
+bool NrvGs1IsValid(const char* pText, size_t nLength, TNrvGs1Fault* pFault);
+
+// Reads the whole text. False when it is not a valid GS1 message (*pFault
+// says why, when pFault is not null). Otherwise true, with the first element
+// whose AI is pAi[0..nAiLength) in *pFound, or pFound->pEntry null when there
+// is none (and always when the text is not valid).
+bool NrvGs1FindElement(const char* pText, size_t nLength, const char* pAi, size_t nAiLength,
+                       TNrvGs1Element* pFound, TNrvGs1Fault* pFault);
+
+// The most bytes NrvGs1WriteHumanReadable writes for a text of nLength bytes:
+// two parentheses per element, and an element is at least three bytes.
+constexpr size_t NrvGs1HumanReadableCapacity(size_t nLength)
+{
+    return nLength + 2 * (nLength / 3);
+}
+
+// Writes the message as people read it, "(01)09501101530003(17)141120(10)AB-123",
+// into pOut, which holds NrvGs1HumanReadableCapacity(nLength) bytes; its
+// length goes to *pnOutLength (no terminating zero). False when the text is
+// not a valid GS1 message (*pFault says why, when pFault is not null; pOut
+// then holds the elements before the fault).
+bool NrvGs1WriteHumanReadable(const char* pText, size_t nLength, char* pOut, size_t* pnOutLength,
+                              TNrvGs1Fault* pFault);
 
 #endif  // NRV_GS1_H
