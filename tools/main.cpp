@@ -50,20 +50,27 @@ bool Answer(const SOptions& options, int* pnStatus)
     return options.bHelp || options.bVersion || options.bListCommands;
 }
 
+// What is wrong with the way the options go together, or "".
+std::string Misuse(const SOptions& options)
+{
+    if (options.pszExpression == nullptr && options.pszRules == nullptr)
+        return "missing EXPRESSION";
+    if (options.bJson && !options.bCheck && !options.bExplain)
+        return "--json goes with --check or --explain";
+    if (!options.data.empty() && options.pszInput != nullptr)
+        return "give the scans either as DATA arguments or with -i, not both";
+    // The file holds each rule's triggers; one set here would leave unclear which rules it applies to.
+    if (options.pszRules != nullptr && !options.firstTrigger.empty())
+        return options.firstTrigger + " does not go with --rules: give each rule its triggers in the file";
+    return std::string();
+}
+
 // Every usage mistake, before anything is parsed or read. With -e, the DATA
 // arguments are decoded into *pDecoded.
 bool Validate(SOptions* pOptions, std::vector<std::string>* pDecoded, std::string* pError)
 {
     const SOptions& options = *pOptions;
-    if (options.pszExpression == nullptr && options.pszRules == nullptr)
-        *pError = "missing EXPRESSION";
-    else if (options.bJson && !options.bCheck && !options.bExplain)
-        *pError = "--json goes with --check or --explain";
-    else if (!options.data.empty() && options.pszInput != nullptr)
-        *pError = "give the scans either as DATA arguments or with -i, not both";
-    else if (options.pszRules != nullptr && !options.firstTrigger.empty())
-        // The file holds each rule's triggers; one set here would leave unclear which rules it applies to.
-        *pError = options.firstTrigger + " does not go with --rules: give each rule its triggers in the file";
+    *pError = Misuse(options);
     if (!pError->empty() || !ReadTriggerTexts(pOptions, pError))
         return false;
     for (size_t i = 0; i < options.data.size() && options.bEscapes; ++i) {
