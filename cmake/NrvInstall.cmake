@@ -36,13 +36,18 @@ set(NRV_PUBLIC_HEADERS
   engine/NrvTrace.h
   # The command table: names, parameters, samples, the reserved index values.
   engine/NrvCommandTable.h
-  # Where and why an expression fails, and what each node yields.
+  # The settings of a profile: its triggers and limits as people write them.
+  engine/NrvSettings.h
+  # Where and why an expression fails, and what each node yields; as JSON.
   engine/NrvDiagnostics.h
   engine/NrvParseDiagnosis.h
   engine/NrvExplain.h
+  engine/NrvJson.h
+  engine/NrvShownBytes.h
+  # GS1 element strings: the AI table and the reader.
+  engine/NrvGs1.h
   # Ordered rules.
   engine/NrvRuleSet.h
-  # The settings of a profile (triggers and limits) go here when they come.
 )
 list(TRANSFORM NRV_PUBLIC_HEADERS PREPEND "${PROJECT_SOURCE_DIR}/")
 

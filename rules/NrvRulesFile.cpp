@@ -10,9 +10,9 @@
 #include <toml++/toml.h>
 
 #include "NrvDiagnostics.h"
-#include "NrvEscapes.h"
+#include "NrvSettings.h"
+#include "NrvShownBytes.h"
 #include "NrvSuggest.h"
-#include "NrvSymbologies.h"
 #include "NrvTomlPositions.h"
 
 namespace {
@@ -25,6 +25,12 @@ std::string Hint(std::string_view key)
     const char* pszKey = NrvSuggest(key, kRuleKeys, sizeof kRuleKeys / sizeof kRuleKeys[0]);
     return pszKey != nullptr ? std::string(" (did you mean '") + pszKey + "'?)" : std::string();
 }
+
+// The trigger keys as messages name them.
+const TNrvSettingNames kRuleSettingNames = {
+    {"'min-size'", "'max-size'", "'symbologies'", "'contains'", "'starts-with'", "'ends-with'", "'max-text'",
+     "'max-work'"},
+    "nrv-edit --help"};
 
 const char* TypeName(const toml::node& node)
 {
@@ -49,10 +55,18 @@ public:
 private:
     void Error(TNrvTextPosition position, size_t nWidth, std::string message);
     void Error(const toml::source_region& where, std::string message);
-    void ReadRule(const toml::table& rule, const std::string& label, CNrvRuleSet* pSet);
-    bool ReadText(const toml::node& value, const std::string& key, const std::string& label, std::string* pText);
-    bool ReadSize(const toml::node& value, const std::string& key, const std::string& label, size_t* pnSize);
-    void ReadSymbologies(const toml::node& value, const std::string& label, std::vector<int>* pIds);
+    // One [[rule]] table as it is read.
+    struct SRule {
+        std::string name, expression;
+        const toml::node* pExpression = nullptr;
+        CNrvSettings settings;
+        // Where each setting was read, to point at when settings contradict each other.
+        const toml::node* apSetting[kNrvSettingCount] = {};
+    };
+    void ReadRule(const toml::table& table, const std::string& label, CNrvRuleSet* pSet);
+    void ReadKey(const toml::key& written, const toml::node& value, const std::string& label, SRule* pRule);
+    bool ReadSetting(ENrvSetting setting, const toml::node& value, const std::string& label, CNrvSettings* pSettings);
+    bool ReadSymbologies(const toml::node& value, const std::string& label, CNrvSettings* pSettings);
     void ExpressionError(const toml::node& value, const std::string& expression, NRVRESULT nCode,
                          const std::string& label);
 
@@ -103,7 +117,8 @@ bool CRulesReader::Read(CNrvRuleSet* pSet)
     const toml::array* pRules = nullptr;
     for (auto&& [key, value] : root) {
         if (key.str() != "rule") {
-            Error(key.source(), "unknown key '" + std::string(key.str()) + "': the file holds [[rule]] tables only");
+            Error(key.source(), "unknown key '" + NrvShown(key.str(), kNrvBytesMessage) +
+                                    "': the file holds [[rule]] tables only");
             continue;
         }
         pRules = value.as_array();
@@ -135,143 +150,134 @@ bool CRulesReader::Read(CNrvRuleSet* pSet)
     return true;
 }
 
-bool CRulesReader::ReadText(const toml::node& value, const std::string& key, const std::string& label,
-                            std::string* pText)
+// The trigger keys of a rule, each a setting; kNrvSettingCount for any other key.
+ENrvSetting SettingOfKey(const std::string& key)
 {
-    const std::optional<std::string> text = value.value_exact<std::string>();
-    if (!text) {
-        Error(value.source(), label + ": '" + key + "' must be a string, not " + TypeName(value));
-        return false;
-    }
-    std::string problem;
-    if (!NrvUnescape(text->data(), text->size(), pText, &problem)) {
-        Error(value.source(), label + ": '" + key + "': " + problem);
-        return false;
-    }
-    if (pText->find('\0') != std::string::npos) {
-        Error(value.source(), label + ": '" + key + "' cannot hold a zero byte");
-        return false;
-    }
-    return true;
+    static const struct {
+        const char* pszKey;
+        ENrvSetting setting;
+    } kKeys[] = {{"min-size", kNrvSettingMinimumSize}, {"max-size", kNrvSettingMaximumSize},
+                 {"symbologies", kNrvSettingSymbologies}, {"contains", kNrvSettingContains},
+                 {"starts-with", kNrvSettingStartsWith}, {"ends-with", kNrvSettingEndsWith}};
+    for (const auto& entry : kKeys)
+        if (key == entry.pszKey)
+            return entry.setting;
+    return kNrvSettingCount;
 }
 
-bool CRulesReader::ReadSize(const toml::node& value, const std::string& key, const std::string& label,
-                            size_t* pnSize)
+bool CRulesReader::ReadSetting(ENrvSetting setting, const toml::node& value, const std::string& label,
+                               CNrvSettings* pSettings)
 {
-    const std::optional<int64_t> nSize = value.value_exact<int64_t>();
-    if (!nSize || *nSize < 0) {
-        Error(value.source(), label + ": '" + key + "' must be a byte count (an integer, 0 or more), not " +
-                                  (nSize ? std::to_string(*nSize) : std::string(TypeName(value))));
-        return false;
+    if (setting == kNrvSettingSymbologies)
+        return ReadSymbologies(value, label, pSettings);
+    const char* pszKey = kRuleSettingNames.apszSetting[setting];
+    TNrvSettingError error;
+    bool bRead;
+    if (setting == kNrvSettingMinimumSize || setting == kNrvSettingMaximumSize) {
+        const std::optional<int64_t> nSize = value.value_exact<int64_t>();
+        if (!nSize) {
+            Error(value.source(), label + ": " + pszKey + " must be a byte count (an integer, 0 or more), not " +
+                                      TypeName(value));
+            return false;
+        }
+        bRead = pSettings->SetSize(setting, *nSize, &error);
+    } else {
+        const std::optional<std::string> text = value.value_exact<std::string>();
+        if (!text) {
+            Error(value.source(), label + ": " + pszKey + " must be a string, not " + TypeName(value));
+            return false;
+        }
+        bRead = pSettings->ReadText(setting, *text, true, &error);
     }
-    *pnSize = static_cast<size_t>(*nSize);
-    return true;
+    if (!bRead)
+        Error(value.source(), label + ": " + error.Describe(kRuleSettingNames));
+    return bRead;
 }
 
-void CRulesReader::ReadSymbologies(const toml::node& value, const std::string& label, std::vector<int>* pIds)
+bool CRulesReader::ReadSymbologies(const toml::node& value, const std::string& label, CNrvSettings* pSettings)
 {
     const toml::array* pArray = value.as_array();
     if (pArray == nullptr) {
         Error(value.source(), label + ": 'symbologies' must be an array such as [\"Code128\", \"QRCode\"], not " +
                                   TypeName(value));
-        return;
+        return false;
     }
+    const size_t nErrorsBefore = m_nErrors;
     if (pArray->empty())
         Error(value.source(), label + ": 'symbologies' is empty; leave it out to accept every symbology");
     for (const toml::node& element : *pArray) {
-        ENrvScanSymbologyID id = kNrvScanSymbologyNotSpecified;
+        TNrvSettingError error;
+        bool bRead;
         if (const std::optional<std::string> name = element.value_exact<std::string>()) {
-            if (name->find('\0') == std::string::npos && NrvParseSymbology(name->c_str(), &id)) {
-                pIds->push_back(id);
-                continue;
-            }
-            Error(element.source(), label + ": unknown symbology '" + *name + "' (see nrv-edit --help for the names)");
+            bRead = pSettings->AddSymbology(*name, &error);
         } else if (const std::optional<int64_t> nId = element.value_exact<int64_t>()) {
-            if (*nId >= 0 && *nId < kNrvScanSymbologyLastSymbologyID) {
-                pIds->push_back(static_cast<int>(*nId));
-                continue;
-            }
-            Error(element.source(), label + ": unknown symbology " + std::to_string(*nId) + " (numbers run from 0 to " +
-                                        std::to_string(kNrvScanSymbologyLastSymbologyID - 1) + ")");
+            bRead = pSettings->AddSymbology(*nId, &error);
         } else {
             Error(element.source(), label + ": a symbology is a name or a number, not " + TypeName(element));
+            continue;
         }
+        if (!bRead)
+            Error(element.source(), label + ": " + error.Describe(kRuleSettingNames));
+    }
+    return m_nErrors == nErrorsBefore;
+}
+
+void CRulesReader::ReadKey(const toml::key& written, const toml::node& value, const std::string& label, SRule* pRule)
+{
+    const std::string key(written.str());
+    const ENrvSetting setting = SettingOfKey(key);
+    if (setting != kNrvSettingCount) {
+        if (ReadSetting(setting, value, label, &pRule->settings))
+            pRule->apSetting[setting] = &value;
+        return;
+    }
+    const bool bText = key == "name" || key == "expression";
+    if (!bText) {
+        Error(written.source(), label + ": unknown key '" + NrvShown(key, kNrvBytesMessage) + "'" + Hint(key));
+        return;
+    }
+    const std::optional<std::string> text = value.value_exact<std::string>();
+    if (!text) {
+        Error(value.source(), label + ": '" + key + "' must be a string, not " + TypeName(value));
+    } else if (key == "name") {
+        pRule->name = *text;
+    } else {
+        pRule->expression = *text;
+        pRule->pExpression = &value;
     }
 }
 
-void CRulesReader::ReadRule(const toml::table& rule, const std::string& label, CNrvRuleSet* pSet)
+void CRulesReader::ReadRule(const toml::table& table, const std::string& label, CNrvRuleSet* pSet)
 {
     const size_t nErrorsBefore = m_nErrors;
-    std::string name, expression, texts[3];
-    const toml::node* pExpression = nullptr;
-    const toml::node* pTexts[3] = {nullptr, nullptr, nullptr};
-    const toml::node* pMinimum = nullptr;
-    size_t nMinimum = 0, nMaximum = 0;
-    std::vector<int> symbologies;
-    for (auto&& [key, value] : rule) {
-        const std::string keyText(key.str());
-        if (keyText == "name") {
-            if (const std::optional<std::string> text = value.value_exact<std::string>())
-                name = *text;
-            else
-                Error(value.source(), label + ": 'name' must be a string, not " + TypeName(value));
-        } else if (keyText == "expression") {
-            if (const std::optional<std::string> text = value.value_exact<std::string>()) {
-                expression = *text;
-                pExpression = &value;
-            } else {
-                Error(value.source(), label + ": 'expression' must be a string, not " + TypeName(value));
-            }
-        } else if (keyText == "contains" || keyText == "starts-with" || keyText == "ends-with") {
-            const int nText = keyText == "contains" ? 0 : keyText == "starts-with" ? 1 : 2;
-            if (ReadText(value, keyText, label, &texts[nText]))
-                pTexts[nText] = &value;
-        } else if (keyText == "min-size") {
-            if (ReadSize(value, keyText, label, &nMinimum))
-                pMinimum = &value;
-        } else if (keyText == "max-size") {
-            ReadSize(value, keyText, label, &nMaximum);
-        } else if (keyText == "symbologies") {
-            ReadSymbologies(value, label, &symbologies);
-        } else {
-            Error(key.source(), label + ": unknown key '" + keyText + "'" + Hint(keyText));
-        }
-    }
-    // A rule that no scan can satisfy is a mistake, not a rule.
-    if (nMaximum != 0 && nMinimum > nMaximum)
-        Error(pMinimum->source(), label + " can never match: 'min-size' " + std::to_string(nMinimum) +
-                                      " is above 'max-size' " + std::to_string(nMaximum));
-    static const char* const kTextKeys[] = {"contains", "starts-with", "ends-with"};
-    for (int i = 0; i < 3; ++i) {
-        if (nMaximum != 0 && texts[i].size() > nMaximum)
-            Error(pTexts[i]->source(), label + " can never match: '" + kTextKeys[i] + "' is " +
-                                           std::to_string(texts[i].size()) + " bytes, above 'max-size' " +
-                                           std::to_string(nMaximum));
+    SRule rule;
+    for (auto&& [key, value] : table)
+        ReadKey(key, value, label, &rule);
+    // A rule that no scan can satisfy is a mistake, not a rule. Only what
+    // was read can contradict, so the place is known; the rule's own is a
+    // fallback all the same.
+    std::vector<TNrvSettingError> contradictions;
+    rule.settings.Check(&contradictions);
+    for (const TNrvSettingError& error : contradictions) {
+        const toml::node* pWhere = rule.apSetting[error.setting];
+        Error(pWhere != nullptr ? pWhere->source() : table.source(),
+              label + " can never match: " + error.Describe(kRuleSettingNames));
     }
 
-    if (rule.find("expression") == rule.end())
-        Error(rule.source(), label + " has no 'expression'");
-    if (pExpression == nullptr)
+    if (table.find("expression") == table.end())
+        Error(table.source(), label + " has no 'expression'");
+    if (rule.pExpression == nullptr)
         return;
-    if (expression.find('\0') != std::string::npos) {
-        Error(pExpression->source(), label + ": the expression cannot hold a zero byte");
+    if (rule.expression.find('\0') != std::string::npos) {
+        Error(rule.pExpression->source(), label + ": the expression cannot hold a zero byte");
         return;
     }
     CNrvDataEditingProfile* pProfile = nullptr;
-    const NRVRESULT result = pSet->AddRule(expression.c_str(), name.c_str(), &pProfile);
-    if (result < 0) {
-        ExpressionError(*pExpression, expression, result, label);
-        return;
-    }
-    if (m_nErrors != nErrorsBefore)
-        return;  // the set is thrown away: no need to finish the rule
-    pProfile->WriteTriggerContains(texts[0].c_str());
-    pProfile->WriteTriggerStartsBy(texts[1].c_str());
-    pProfile->WriteTriggerEndsWith(texts[2].c_str());
-    pProfile->WriteTriggerMinimumSize(nMinimum);
-    pProfile->WriteTriggerMaximumSize(nMaximum);
-    for (int id : symbologies)
-        pProfile->AddTriggerSymbology(id);
+    const NRVRESULT result = pSet->AddRule(rule.expression.c_str(), rule.name.c_str(), &pProfile);
+    if (result < 0)
+        ExpressionError(*rule.pExpression, rule.expression, result, label);
+    else if (m_nErrors == nErrorsBefore)
+        rule.settings.Apply(pProfile);  // else the set is thrown away: no need to finish the rule
 }
 
 // Shows the culprit inside the expression where the file writes it.
@@ -340,7 +346,7 @@ bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRu
 
 std::string NrvFormatRulesError(const char* pszFileName, const TNrvRulesError& error)
 {
-    std::string out = pszFileName;
+    std::string out = NrvShown(pszFileName, kNrvBytesMessage);
     if (error.nLine != 0)
         out += ":" + std::to_string(error.nLine) + ":" + std::to_string(error.nColumn);
     out += ": " + error.message + "\n";

@@ -9,7 +9,10 @@
 //   expression = 'Part: {TruncateFromBeginning({DecodedData()},2)}'
 //
 // Trigger texts are read with the escapes \\ \r \n \t \xHH after TOML's own
-// string rules, so '\x1D' (a literal string) is the byte 0x1D.
+// string rules, so '\x1D' (a literal string) is the byte 0x1D. The triggers
+// are read and checked by CNrvSettings (NrvSettings.h), as the tool's
+// options are, and each rule edits under the default limits of CNrvSettings
+// (the largest text and the work budget); set others on its profile.
 #ifndef NRV_RULES_FILE_H
 #define NRV_RULES_FILE_H
 

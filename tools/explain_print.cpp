@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "NrvEscapes.h"
+#include "NrvShownBytes.h"
 
 namespace {
 
@@ -45,6 +46,13 @@ std::string Quoted(const std::string& text)
     return Quoted(text.data(), text.size());
 }
 
+// A sentence of the library's, as it may reach a terminal: it quotes what
+// was written, and a name it suggests is written as it was.
+std::string Said(const std::string& sentence)
+{
+    return NrvShown(sentence, kNrvBytesMessage);
+}
+
 // "(NRV_ERR_OUT_OF_RANGE, -43)".
 std::string CodeSuffix(NRVRESULT nCode)
 {
@@ -58,7 +66,8 @@ void AppendNode(const TNrvExplainNode& node, size_t nDepth, const TNrvExplanatio
                 std::string* pOut)
 {
     pOut->append(2 * (nDepth + 1), ' ');
-    *pOut += node.kind == kNrvNodeText ? Quoted(node.name) : node.name;
+    // A command's name is the table's; an integer literal's is as written (blanks included).
+    *pOut += node.kind == kNrvNodeText ? Quoted(node.name) : NrvShown(node.name, kNrvBytesMessage);
     if (!node.bRun) {
         *pOut += " (not run)";
     } else if (node.nCode < 0) {
@@ -68,7 +77,7 @@ void AppendNode(const TNrvExplainNode& node, size_t nDepth, const TNrvExplanatio
         // The command whose own Run failed says why; its callers only pass the code on.
         if (bParametersRan && node.nOffset <= explanation.failure.nOffset &&
             explanation.failure.nOffset < node.nOffset + node.nLength)
-            *pOut += " => " + Painted("FAILED", kRed, bColor) + ": " + explanation.failure.message + " " +
+            *pOut += " => " + Painted("FAILED", kRed, bColor) + ": " + Said(explanation.failure.message) + " " +
                      CodeSuffix(node.nCode);
         else
             *pOut += " => failed " + CodeSuffix(node.nCode);
@@ -79,6 +88,27 @@ void AppendNode(const TNrvExplainNode& node, size_t nDepth, const TNrvExplanatio
     *pOut += '\n';
     for (const TNrvExplainNode& parameter : node.params)
         AppendNode(parameter, nDepth + 1, explanation, bColor, pOut);
+}
+
+// The bytes [*pnFirst, *pnLast) of an expression to show around the byte at
+// nOffset: all of them when they fit, otherwise some context before it and
+// as much after as fits.
+void ShownWindow(const std::vector<std::string>& shown, size_t nOffset, size_t* pnFirst, size_t* pnLast)
+{
+    size_t nFirst = nOffset, nWidth = 0;
+    while (nFirst > 0 && nWidth + shown[nFirst - 1].size() <= kContextBefore)
+        nWidth += shown[--nFirst].size();
+    size_t nTotal = 0;
+    for (const std::string& piece : shown)
+        nTotal += piece.size();
+    if (nTotal <= kShownWidth)
+        nFirst = 0;
+    size_t nLast = nFirst;
+    for (size_t nUsed = 0;
+         nLast < shown.size() && (nTotal <= kShownWidth || nUsed + shown[nLast].size() <= kShownWidth); ++nLast)
+        nUsed += shown[nLast].size();
+    *pnFirst = nFirst;
+    *pnLast = nLast;
 }
 
 }  // namespace
@@ -97,7 +127,7 @@ bool UseColor(EColor color, int fd)
 std::string FormatParseError(const char* pszExpression, const TNrvDiagnostic& diagnostic, bool bColor)
 {
     std::string message = Painted("nrv-edit:", kBold, bColor) + " " + Painted("error:", kRed, bColor) + " " +
-                          diagnostic.message + " " + CodeSuffix(diagnostic.nCode) + "\n";
+                          Said(diagnostic.message) + " " + CodeSuffix(diagnostic.nCode) + "\n";
     // Each byte as shown, so that the carets fall under what is shown.
     const size_t nLength = strlen(pszExpression);
     std::vector<std::string> shown(nLength);
@@ -105,23 +135,8 @@ std::string FormatParseError(const char* pszExpression, const TNrvDiagnostic& di
         NrvAppendEscaped(pszExpression + i, 1, &shown[i]);
     const size_t nOffset = std::min(diagnostic.nOffset, nLength);
     const size_t nEnd = std::min(nOffset + diagnostic.nLength, nLength);
-
-    // The window [nFirst, nLast): all of it when it fits, otherwise some
-    // context before the range and as much after as fits.
-    size_t nFirst = nOffset, nWidth = 0;
-    while (nFirst > 0 && nWidth + shown[nFirst - 1].size() <= kContextBefore)
-        nWidth += shown[--nFirst].size();
-    size_t nTotal = 0;
-    for (const std::string& piece : shown)
-        nTotal += piece.size();
-    if (nTotal <= kShownWidth) {
-        nFirst = 0;
-        nWidth = 0;
-    }
-    size_t nLast = nFirst;
-    for (size_t nUsed = 0; nLast < nLength && (nTotal <= kShownWidth || nUsed + shown[nLast].size() <= kShownWidth);
-         ++nLast)
-        nUsed += shown[nLast].size();
+    size_t nFirst = 0, nLast = 0;
+    ShownWindow(shown, nOffset, &nFirst, &nLast);
 
     std::string line = "  ", carets = "  ";
     if (nFirst > 0) {
@@ -153,7 +168,7 @@ std::string FormatScanFailure(unsigned long long nScan, const TNrvDiagnostic& fa
         message += context + ": ";
     if (!failure.command.empty())
         message += failure.command + ": ";
-    return message + failure.message + " " + CodeSuffix(failure.nCode) + "\n";
+    return message + Said(failure.message) + " " + CodeSuffix(failure.nCode) + "\n";
 }
 
 std::string FormatNotTriggered(unsigned long long nScan, const char* pData, size_t nLength)

@@ -109,36 +109,38 @@ bool CLineReader::Next(char** ppLine, size_t* pnLength)
             m_Piece = kLongLinePiece;
             return true;
         }
-
-        // Keep the unfinished line, at the front; grow only for a line
-        // longer than the buffer, so memory follows the longest line.
-        if (m_nStart != 0) {
-            memmove(m_pBuffer, m_pBuffer + m_nStart, m_nEnd - m_nStart);
-            m_nEnd -= m_nStart;
-            m_nStart = 0;
-        }
-        m_nSearch = m_nEnd;
-        if (m_nEnd == m_nCapacity) {
-            char* const pBigger = new char[m_nCapacity * 2];
-            memcpy(pBigger, m_pBuffer, m_nEnd);
-            delete[] m_pBuffer;
-            m_pBuffer = pBigger;
-            m_nCapacity *= 2;
-        }
-        if (m_pFlushFirst != nullptr) {
-            m_pFlushFirst->Flush();
-            fflush(stderr);  // buffered too: the messages about the lines just written
-        }
-        const ssize_t nRead = ::read(m_fd, m_pBuffer + m_nEnd, m_nCapacity - m_nEnd);
-        if (nRead < 0 && errno == EINTR)
-            continue;
-        if (nRead < 0)
-            m_nErrno = errno;
-        else if (nRead == 0)
-            m_bEof = true;
-        else
-            m_nEnd += static_cast<size_t>(nRead);
+        ReadMore();
     }
+}
+
+void CLineReader::ReadMore()
+{
+    // Keep the unfinished line, at the front; grow only for a line longer
+    // than the buffer, so memory follows the longest line.
+    if (m_nStart != 0) {
+        memmove(m_pBuffer, m_pBuffer + m_nStart, m_nEnd - m_nStart);
+        m_nEnd -= m_nStart;
+        m_nStart = 0;
+    }
+    m_nSearch = m_nEnd;
+    if (m_nEnd == m_nCapacity) {
+        char* const pBigger = new char[m_nCapacity * 2];
+        memcpy(pBigger, m_pBuffer, m_nEnd);
+        delete[] m_pBuffer;
+        m_pBuffer = pBigger;
+        m_nCapacity *= 2;
+    }
+    if (m_pFlushFirst != nullptr) {
+        m_pFlushFirst->Flush();
+        fflush(stderr);  // buffered too: the messages about the lines just written
+    }
+    const ssize_t nRead = ::read(m_fd, m_pBuffer + m_nEnd, m_nCapacity - m_nEnd);
+    if (nRead < 0 && errno != EINTR)  // interrupted: the caller's loop reads again
+        m_nErrno = errno;
+    else if (nRead == 0)
+        m_bEof = true;
+    else if (nRead > 0)
+        m_nEnd += static_cast<size_t>(nRead);
 }
 
 bool CLineReader::EndLine(char* pLine, size_t nLength, char** ppLine, size_t* pnLength)

@@ -54,6 +54,9 @@ public:
 
 private:
     bool EndLine(char* pLine, size_t nLength, char** ppLine, size_t* pnLength);
+    // Reads what comes next after the unfinished line, or notes the end or
+    // the error.
+    void ReadMore();
 
     int m_fd;
     COutput* m_pFlushFirst;

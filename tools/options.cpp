@@ -5,10 +5,11 @@
 #include <cstdio>
 #include <cstring>
 #include <set>
+#include <utility>
 
 #include "NrvCommandTable.h"
+#include "NrvShownBytes.h"
 #include "NrvSymbologies.h"
-#include "stderr_sink.h"
 
 namespace {
 
@@ -72,22 +73,15 @@ std::string NameOf(int c)
     return std::string();
 }
 
-// Decimal digits only: a size has no sign, and "1e3" or "" is a mistake.
-bool ParseSize(const char* pszText, size_t* pnSize)
+std::string Shown(const char* pszText)
 {
-    if (*pszText == '\0')
-        return false;
-    size_t nSize = 0;
-    for (const char* p = pszText; *p != '\0'; ++p) {
-        if (*p < '0' || *p > '9')
-            return false;
-        const size_t nDigit = static_cast<size_t>(*p - '0');
-        if (nSize > (static_cast<size_t>(-1) - nDigit) / 10)
-            return false;
-        nSize = nSize * 10 + nDigit;
-    }
-    *pnSize = nSize;
-    return true;
+    return NrvShown(pszText, kNrvBytesMessage);
+}
+
+bool Refuse(std::string* pError, std::string message)
+{
+    *pError = std::move(message);
+    return false;
 }
 
 // --color alone means always, as with other tools.
@@ -105,7 +99,102 @@ bool ParseColor(const char* pszWhen, EColor* pColor)
     return true;
 }
 
+// The setting an option gives, or kNrvSettingCount.
+ENrvSetting SettingOf(int c)
+{
+    switch (c) {
+    case kOptMinSize: return kNrvSettingMinimumSize;
+    case kOptMaxSize: return kNrvSettingMaximumSize;
+    case kOptOnlySymbology: return kNrvSettingSymbologies;
+    case kOptContains: return kNrvSettingContains;
+    case kOptStartsWith: return kNrvSettingStartsWith;
+    case kOptEndsWith: return kNrvSettingEndsWith;
+    case kOptMaxText: return kNrvSettingMaximumText;
+    case kOptMaxWork: return kNrvSettingMaximumWork;
+    default: return kNrvSettingCount;
+    }
+}
+
+// An option without a value; false for any other.
+bool TakeSwitch(int c, SOptions* pOptions)
+{
+    switch (c) {
+    case 'e': pOptions->bEscapes = true; return true;
+    case 'h': pOptions->bHelp = true; return true;
+    case kOptCheck: pOptions->bCheck = true; return true;
+    case kOptTrace: pOptions->bTrace = true; return true;
+    case kOptListCommands: pOptions->bListCommands = true; return true;
+    case kOptVersion: pOptions->bVersion = true; return true;
+    case kOptExplain: pOptions->bExplain = true; return true;
+    case kOptJson: pOptions->bJson = true; return true;
+    case kOptStats: pOptions->bStats = true; return true;
+    case kOptRequireMatch: pOptions->bRequireMatch = true; return true;
+    default: return false;
+    }
+}
+
+// A trigger or a limit: read into the settings, the texts only kept (-e may follow).
+bool TakeSetting(ENrvSetting setting, const char* pszValue, SOptions* pOptions, std::string* pError)
+{
+    TNrvSettingError error;
+    bool bRead = true;
+    if (setting == kNrvSettingSymbologies)
+        bRead = pOptions->settings.AddSymbology(pszValue, &error);
+    else if (setting >= kNrvSettingContains && setting <= kNrvSettingEndsWith)
+        pOptions->apszTexts[setting - kNrvSettingContains] = pszValue;
+    else
+        bRead = pOptions->settings.ReadSize(setting, pszValue, &error);
+    if (setting <= kNrvSettingEndsWith && pOptions->firstTrigger.empty())
+        pOptions->firstTrigger = kToolSettingNames.apszSetting[setting];
+    return bRead || Refuse(pError, error.Describe(kToolSettingNames));
+}
+
+// An option that takes a value (optional for --color).
+bool TakeValue(int c, const char* pszValue, SOptions* pOptions, std::string* pError)
+{
+    const ENrvSetting setting = SettingOf(c);
+    if (setting != kNrvSettingCount)
+        return TakeSetting(setting, pszValue, pOptions, pError);
+    switch (c) {
+    case 'i': pOptions->pszInput = pszValue; return true;
+    case kOptRules: pOptions->pszRules = pszValue; return true;
+    case kOptColor:
+        return ParseColor(pszValue, &pOptions->color) ||
+               Refuse(pError, "invalid value '" + Shown(pszValue) + "' for --color (auto, always or never)");
+    case 's': {
+        TNrvSettingError error;
+        return NrvReadSymbology(pszValue, &pOptions->symbology, &error) ||
+               Refuse(pError, error.Describe(kToolSettingNames));
+    }
+    case kOptMaxLine: return NrvReadSize(pszValue, &pOptions->nMaxLine) ||
+               Refuse(pError, "invalid size '" + Shown(pszValue) + "' for --max-line (a decimal byte count)");
+    default: return NrvReadSize(pszValue, &pOptions->nMaxErrors) ||
+               Refuse(pError, "invalid count '" + Shown(pszValue) + "' for --max-errors (a decimal count)");
+    }
+}
+
+// One option as getopt_long returned it; pszWritten is the argument it came from.
+bool TakeOption(int c, const char* pszWritten, std::set<int>* pGiven, SOptions* pOptions, std::string* pError)
+{
+    if (optarg != nullptr && c != kOptOnlySymbology && !pGiven->insert(c).second)
+        return Refuse(pError, "option '" + NameOf(c) + "' given twice (it takes one value)");
+    if (c == ':')
+        return Refuse(pError, "option '" + Shown(pszWritten) + "' needs a value");
+    if (c == '?') {
+        // A short option unknown to getopt is in optopt; a long one is the whole argument.
+        const char szOption[2] = {static_cast<char>(optopt), '\0'};
+        return Refuse(pError, optopt != 0 ? "unknown option '-" + Shown(szOption) + "'"
+                                          : "unknown option '" + Shown(pszWritten) + "'");
+    }
+    return TakeSwitch(c, pOptions) || TakeValue(c, optarg, pOptions, pError);
+}
+
 }  // namespace
+
+const TNrvSettingNames kToolSettingNames = {
+    {"--min-size", "--max-size", "--only-symbology", "--contains", "--starts-with", "--ends-with", "--max-text",
+     "--max-work"},
+    "--help"};
 
 bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError)
 {
@@ -115,88 +204,11 @@ bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError
     std::set<int> given;  // options that take one value, seen so far
     // The leading ':' makes a missing value report ':' rather than '?'.
     while ((c = getopt_long(argc, argv, ":es:i:h", kLongOptions, nullptr)) != -1) {
-        const std::string option = ForMessage(argv[optind - 1]);
-        if (optarg != nullptr && c != kOptOnlySymbology && !given.insert(c).second) {
-            *pError = "option '" + NameOf(c) + "' given twice (it takes one value)";
+        if (!TakeOption(c, argv[optind - 1], &given, pOptions, pError))
             return false;
-        }
-        switch (c) {
-        case 'e': pOptions->bEscapes = true; break;
-        case 'i': pOptions->pszInput = optarg; break;
-        case 'h': pOptions->bHelp = true; break;
-        case kOptCheck: pOptions->bCheck = true; break;
-        case kOptTrace: pOptions->bTrace = true; break;
-        case kOptListCommands: pOptions->bListCommands = true; break;
-        case kOptVersion: pOptions->bVersion = true; break;
-        case kOptExplain: pOptions->bExplain = true; break;
-        case kOptJson: pOptions->bJson = true; break;
-        case kOptColor:
-            if (!ParseColor(optarg, &pOptions->color)) {
-                *pError = "invalid value '" + ForMessage(optarg) + "' for --color (auto, always or never)";
-                return false;
-            }
-            break;
-        case kOptContains: pOptions->pszContains = optarg; break;
-        case kOptStartsWith: pOptions->pszStartsWith = optarg; break;
-        case kOptEndsWith: pOptions->pszEndsWith = optarg; break;
-        case kOptRules: pOptions->pszRules = optarg; break;
-        case kOptStats: pOptions->bStats = true; break;
-        case kOptRequireMatch: pOptions->bRequireMatch = true; break;
-        case 's':
-        case kOptOnlySymbology: {
-            ENrvScanSymbologyID id;
-            if (!NrvParseSymbology(optarg, &id)) {
-                *pError = "unknown symbology '" + ForMessage(optarg) + "' (see --help for the names)";
-                return false;
-            }
-            if (c == 's')
-                pOptions->symbology = id;
-            else
-                pOptions->onlySymbologies.push_back(id);
-            break;
-        }
-        case kOptMinSize:
-        case kOptMaxSize:
-        case kOptMaxText:
-        case kOptMaxWork:
-        case kOptMaxLine:
-        case kOptMaxErrors: {
-            size_t* const pnValue = c == kOptMinSize    ? &pOptions->nMinSize
-                                    : c == kOptMaxSize  ? &pOptions->nMaxSize
-                                    : c == kOptMaxText  ? &pOptions->nMaxText
-                                    : c == kOptMaxWork  ? &pOptions->nMaxWork
-                                    : c == kOptMaxLine  ? &pOptions->nMaxLine
-                                                        : &pOptions->nMaxErrors;
-            if (!ParseSize(optarg, pnValue)) {
-                const std::string name = NameOf(c);
-                *pError = c == kOptMaxErrors
-                              ? "invalid count '" + ForMessage(optarg) + "' for " + name + " (a decimal count)"
-                              : "invalid size '" + ForMessage(optarg) + "' for " + name + " (a decimal byte count)";
-                return false;
-            }
-            break;
-        }
-        case ':':
-            *pError = "option '" + option + "' needs a value";
-            return false;
-        default: {
-            // A short option unknown to getopt is in optopt; a long one is the whole argument.
-            const char cOption = static_cast<char>(optopt);
-            *pError = optopt != 0 ? "unknown option '-" + ForMessage(&cOption, 1) + "'"
-                                  : "unknown option '" + option + "'";
-            return false;
-        }
-        }
     }
-    if (pOptions->nMinSize != 0 && pOptions->nMaxSize != 0 && pOptions->nMinSize > pOptions->nMaxSize) {
-        *pError = "--min-size " + std::to_string(pOptions->nMinSize) + " is above --max-size " +
-                  std::to_string(pOptions->nMaxSize) + ": no scan could be edited";
-        return false;
-    }
-    if ((pOptions->bStats || pOptions->bRequireMatch) && pOptions->pszRules == nullptr) {
-        *pError = std::string(pOptions->bStats ? "--stats" : "--require-match") + " goes with --rules only";
-        return false;
-    }
+    if ((pOptions->bStats || pOptions->bRequireMatch) && pOptions->pszRules == nullptr)
+        return Refuse(pError, std::string(pOptions->bStats ? "--stats" : "--require-match") + " goes with --rules only");
     // With --rules every operand is a scan.
     if (optind < argc && pOptions->pszRules == nullptr)
         pOptions->pszExpression = argv[optind++];
@@ -205,7 +217,23 @@ bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError
     return true;
 }
 
-void PrintHelp()
+bool ReadTriggerTexts(SOptions* pOptions, std::string* pError)
+{
+    TNrvSettingError error;
+    for (const ENrvSetting setting : {kNrvSettingContains, kNrvSettingStartsWith, kNrvSettingEndsWith}) {
+        const char* pszText = pOptions->apszTexts[setting - kNrvSettingContains];
+        if (pszText != nullptr && !pOptions->settings.ReadText(setting, pszText, pOptions->bEscapes, &error))
+            return Refuse(pError, error.Describe(kToolSettingNames));
+    }
+    std::vector<TNrvSettingError> contradictions;
+    if (!pOptions->settings.Check(&contradictions))
+        return Refuse(pError, contradictions[0].Describe(kToolSettingNames) + ": no scan could be edited");
+    return true;
+}
+
+namespace {
+
+void PrintUsageAndOptions()
 {
     fputs("Usage: nrv-edit [OPTIONS] EXPRESSION [DATA...]\n"
           "       nrv-edit [OPTIONS] --rules FILE [DATA...]\n"
@@ -230,16 +258,28 @@ void PrintHelp()
           "      --list-commands      list the commands, their parameters and result\n"
           "  -h, --help               show this help\n"
           "      --version            show the version\n"
-          "\n"
-          "Limits (0: none; a scan that passes one is reported and printed unchanged):\n"
-          "      --max-text N         the largest text an edit may build (default 16777216)\n"
-          "      --max-work N         work per scan byte an edit may do, on top of 64 MiB\n"
-          "                           (bytes examined or copied; default 4096)\n"
-          "      --max-line N         longer lines are passed through unedited, never read\n"
-          "                           whole (default 4194304)\n"
-          "      --max-errors N       per-scan messages shown; the rest are counted (default 100)\n"
-          "\n"
-          "Triggers (a scan that fails one is printed unchanged):\n"
+          "\n",
+          stdout);
+}
+
+// The defaults as the settings and the tool hold them, written nowhere else.
+void PrintLimits()
+{
+    printf("Limits (0: none; a scan that passes one is reported and printed unchanged):\n"
+           "      --max-text N         the largest text an edit may build (default %zu)\n"
+           "      --max-work N         work per scan byte an edit may do, on top of %zu MiB\n"
+           "                           (bytes examined or copied; default %zu)\n"
+           "      --max-line N         longer lines are passed through unedited, never read\n"
+           "                           whole (default %zu)\n"
+           "      --max-errors N       per-scan messages shown; the rest are counted (default %zu)\n"
+           "\n",
+           CNrvSettings::kDefaultMaximumText, CNrvSettings::kWorkBase >> 20, CNrvSettings::kDefaultWorkPerScanByte,
+           SOptions::kDefaultMaxLine, SOptions::kDefaultMaxErrors);
+}
+
+void PrintTriggersRulesAndStatus()
+{
+    fputs("Triggers (a scan that fails one is printed unchanged):\n"
           "      --min-size N         edit only scans of at least N bytes\n"
           "      --max-size N         edit only scans of at most N bytes\n"
           "      --only-symbology NAME|N  edit only scans of this symbology (repeatable)\n"
@@ -259,10 +299,14 @@ void PrintHelp()
           "passed a limit (that scan is printed unchanged); 2 usage error, an expression\n"
           "that does not parse, a rules file with errors, or a read or write error (the\n"
           "tool stops at the first).\n"
-          "\n"
-          "Commands (--list-commands shows their parameters):\n",
+          "\n",
           stdout);
-    // Straight from the library's command table, so that the list is whole.
+}
+
+// Straight from the library's command table, so that the list is whole.
+void PrintCommandNames()
+{
+    fputs("Commands (--list-commands shows their parameters):\n", stdout);
     size_t nCommands = 0;
     const TNrvCommandInfo* pCommands = NrvGetCommandTable(&nCommands);
     size_t nColumn = 0;
@@ -274,7 +318,12 @@ void PrintHelp()
         }
         nColumn += static_cast<size_t>(printf("%s%s", nColumn == 0 ? "  " : " ", pCommands[i].pszName));
     }
-    fputs("\n\nSymbologies (names in any case, or their numbers):\n", stdout);
+    putchar('\n');
+}
+
+void PrintSymbologyNames()
+{
+    fputs("\nSymbologies (names in any case, or their numbers):\n", stdout);
     const int nColumns = 3;
     int nId = 0;
     for (; NrvSymbologyName(nId) != nullptr; ++nId) {
@@ -284,4 +333,15 @@ void PrintHelp()
     }
     if (nId % nColumns != 0)
         putchar('\n');
+}
+
+}  // namespace
+
+void PrintHelp()
+{
+    PrintUsageAndOptions();
+    PrintLimits();
+    PrintTriggersRulesAndStatus();
+    PrintCommandNames();
+    PrintSymbologyNames();
 }

@@ -6,10 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "NrvDiagnostics.h"
 #include "NrvScanTypes.h"
+#include "NrvSettings.h"
 
 enum EColor { kColorAuto, kColorAlways, kColorNever };
+
+// The trigger and limit options as the settings' messages name them.
+extern const TNrvSettingNames kToolSettingNames;
 
 struct SOptions {
     bool bEscapes = false;
@@ -24,36 +27,23 @@ struct SOptions {
     const char* pszInput = nullptr;  // -i FILE; null or "-" is standard input
     ENrvScanSymbologyID symbology = kNrvScanSymbologyNotSpecified;
 
-    // Triggers, as given (texts not yet unescaped); 0 and null mean unset.
-    size_t nMinSize = 0;
-    size_t nMaxSize = 0;
-    std::vector<ENrvScanSymbologyID> onlySymbologies;
-    const char* pszContains = nullptr;
-    const char* pszStartsWith = nullptr;
-    const char* pszEndsWith = nullptr;
+    // The triggers and limits. The trigger texts are read into them only
+    // once every option is known (ReadTriggerTexts), since -e may follow them.
+    CNrvSettings settings;
+    const char* apszTexts[3] = {nullptr, nullptr, nullptr};  // --contains, --starts-with, --ends-with as given
+    std::string firstTrigger;  // the first trigger option given ("--min-size"), for --rules to refuse
 
-    // --rules FILE takes the place of the expression (rules_mode.h).
+    // --rules FILE takes the place of the expression (editor.h).
     const char* pszRules = nullptr;
     bool bStats = false;
     bool bRequireMatch = false;
 
-    // What one scan may cost (0: no limit): the largest text an edit may
-    // build, the work budget per scan byte (on top of kWorkBase), the
-    // longest line read as a scan, and the per-scan messages shown.
-    static constexpr size_t kWorkBase = 64u << 20;
-    // The limits above as the library takes them.
-    TNrvLimits Limits() const
-    {
-        TNrvLimits limits;
-        limits.nMaximumTextSize = nMaxText;
-        limits.nWorkBase = nMaxWork != 0 ? kWorkBase : 0;
-        limits.nWorkPerScanByte = nMaxWork;
-        return limits;
-    }
-    size_t nMaxText = 16u << 20;
-    size_t nMaxWork = 4096;
-    size_t nMaxLine = 4u << 20;
-    size_t nMaxErrors = 100;
+    // What the tool itself bounds (0: no bound): the longest line read as a
+    // scan, and the per-scan messages shown.
+    static constexpr size_t kDefaultMaxLine = 4u << 20;
+    static constexpr size_t kDefaultMaxErrors = 100;
+    size_t nMaxLine = kDefaultMaxLine;
+    size_t nMaxErrors = kDefaultMaxErrors;
 
     const char* pszExpression = nullptr;
     std::vector<char*> data;  // DATA arguments, as given
@@ -62,6 +52,10 @@ struct SOptions {
 // Fills *pOptions from argv. On a usage error returns false with the
 // message (without the program name) in *pError.
 bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError);
+
+// Reads the trigger texts (through the escapes with -e) and checks that the
+// triggers do not contradict each other. False with the message on a usage error.
+bool ReadTriggerTexts(SOptions* pOptions, std::string* pError);
 
 void PrintHelp();
 

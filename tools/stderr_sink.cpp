@@ -15,34 +15,6 @@ void BufferStandardError()
     setvbuf(stderr, g_StandardErrorBuffer, _IOFBF, sizeof g_StandardErrorBuffer);
 }
 
-std::string ForMessage(const char* pText, size_t nLength)
-{
-    static const char kHex[] = "0123456789ABCDEF";
-    std::string shown;
-    shown.reserve(nLength);
-    for (size_t i = 0; i < nLength; ++i) {
-        const unsigned char c = static_cast<unsigned char>(pText[i]);
-        if (c >= 0x20 && c != 0x7F) {
-            shown.push_back(static_cast<char>(c));
-        } else if (c == '\t') {
-            shown += "\\t";
-        } else if (c == '\r') {
-            shown += "\\r";
-        } else if (c == '\n') {
-            shown += "\\n";
-        } else {
-            const char szEscape[4] = {'\\', 'x', kHex[c >> 4], kHex[c & 0x0F]};
-            shown.append(szEscape, 4);
-        }
-    }
-    return shown;
-}
-
-std::string ForMessage(const char* pszText)
-{
-    return ForMessage(pszText, strlen(pszText));
-}
-
 void CScanMessages::Report(unsigned long long nScan, const std::string& what)
 {
     if (Admit())

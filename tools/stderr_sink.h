@@ -1,7 +1,8 @@
 // Standard error for nrv-edit: buffered (a flood of failing scans costs one
 // write per buffer, not one per message), with at most a given number of
-// per-scan messages and the rest summed up at the end, and with arguments
-// shown escaped so that no control byte reaches the terminal raw.
+// per-scan messages and the rest summed up at the end. Whatever is echoed
+// in a message goes through the library's message form (NrvShownBytes.h),
+// so that no control byte reaches the terminal raw.
 #ifndef NRV_EDIT_STDERR_SINK_H
 #define NRV_EDIT_STDERR_SINK_H
 
@@ -11,11 +12,6 @@
 // Gives standard error a full buffer; flushed with standard output before
 // every read that may block, and at the end.
 void BufferStandardError();
-
-// pText as it may appear in a message: control bytes (and DEL) as \t \r \n
-// or \xHH; every other byte, backslashes and UTF-8 included, as it is.
-std::string ForMessage(const char* pText, size_t nLength);
-std::string ForMessage(const char* pszText);
 
 // Per-scan messages: the first nMaximum are written (0: all), the others
 // only counted.

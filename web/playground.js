@@ -39,20 +39,24 @@ let engine = null;
 let symbologies = [];
 let selectedIndex = 0;
 let parsed = true;  // whether the expression parses
+let triggersOk = true;  // whether the engine took the triggers
 
 // --- Calling the engine ----------------------------------------------------
 
-// Calls an exported function; strings go through the heap (not the stack,
-// which a file of scans would overflow) and the JSON reply is parsed.
+// Calls an exported function; strings (as UTF-8) and byte arrays go through
+// the heap (not the stack, which a file of scans would overflow) as a
+// pointer and a length, and the JSON reply is parsed.
 function call(name, ...args) {
   const pointers = [];
-  const values = args.map((arg) => {
-    if (typeof arg !== 'string') return arg;
-    const size = engine.lengthBytesUTF8(arg) + 1;
-    const pointer = engine._malloc(size);
-    engine.stringToUTF8(arg, pointer, size);
+  const values = args.flatMap((arg) => {
+    if (typeof arg !== 'string' && !(arg instanceof Uint8Array)) return [arg];
+    const size = typeof arg === 'string' ? engine.lengthBytesUTF8(arg) : arg.length;
+    const pointer = engine._malloc(size + 1);
+    if (!pointer) throw new Error('out of memory');
     pointers.push(pointer);
-    return pointer;
+    if (typeof arg === 'string') engine.stringToUTF8(arg, pointer, size + 1);
+    else engine.HEAPU8.set(arg, pointer);
+    return [pointer, size];
   });
   try {
     const reply = JSON.parse(engine.UTF8ToString(engine['_' + name](...values)));
@@ -60,17 +64,6 @@ function call(name, ...args) {
     return reply;
   } finally {
     pointers.forEach((pointer) => engine._free(pointer));
-  }
-}
-
-// The escaped form of raw bytes, as nrv-edit -e writes them.
-function escapeBytes(bytes) {
-  const pointer = engine._malloc(bytes.length + 1);
-  engine.HEAPU8.set(bytes, pointer);
-  try {
-    return engine.UTF8ToString(engine._nrv_escape(pointer, bytes.length));
-  } finally {
-    engine._free(pointer);
   }
 }
 
@@ -134,7 +127,7 @@ function parseExpression() {
   const text = fields.expression.value;
   const diagnostic = call('nrv_parse', text);
   const box = $('diagnostic');
-  if (diagnostic.code < 0) {
+  if (!diagnostic.ok) {
     box.dataset.code = diagnostic.code;
     box.dataset.offset = diagnostic.offset;
     box.dataset.length = diagnostic.length;
@@ -148,7 +141,7 @@ function parseExpression() {
     box.textContent = '';
     errorRange = null;
   }
-  parsed = diagnostic.code >= 0;
+  parsed = diagnostic.ok;
   $('parse-ok').hidden = !parsed;
   drawBackdrop();
 }
@@ -158,10 +151,11 @@ function selectedSymbologies() {
 }
 
 function applyTriggers() {
-  const reply = call('nrv_set_triggers', Number(fields.minSize.value) || 0, Number(fields.maxSize.value) || 0,
-                     selectedSymbologies().join(','), fields.contains.value, fields.startsWith.value,
-                     fields.endsWith.value, fields.escapes.checked ? 1 : 0);
-  $('trigger-error').textContent = reply.ok ? '' : `${reply.trigger}: ${reply.message}`;
+  const reply = call('nrv_set_triggers', fields.minSize.value, fields.maxSize.value, selectedSymbologies().join(','),
+                     fields.contains.value, fields.startsWith.value, fields.endsWith.value,
+                     fields.escapes.checked ? 1 : 0);
+  triggersOk = reply.ok;
+  $('trigger-error').textContent = reply.ok ? '' : reply.message;
 }
 
 // A failure for a person: the command concerned, then the engine's sentence
@@ -171,12 +165,13 @@ function failureText(command, message) {
 }
 
 function statusOf(row) {
-  const [code, , command, message] = row;
-  if (code === null) return {cls: 'bad-line', text: `not read: ${message}`};
+  const [code, , failure] = row;
+  if (code === null) return {cls: 'bad-line', text: `not read: ${failure}`};
   if (code === 1) return {cls: 'not-triggered', text: 'not triggered'};
   if (code >= 0) return {cls: 'edited', text: 'edited'};
   if (!parsed) return {cls: 'failed', text: `not edited: the expression does not parse (${code})`};
-  return {cls: 'failed', text: `failed: ${failureText(command, message)} (${code})`};
+  if (!triggersOk) return {cls: 'failed', text: `not edited: a trigger is refused (${code})`};
+  return {cls: 'failed', text: `failed: ${failureText(failure.command, failure.message)} (${code})`};
 }
 
 function scanLines() {
@@ -323,15 +318,17 @@ function editScans() {
 // --- Explain -------------------------------------------------------------------
 
 function nodeHtml(node) {
+  const run = node.code !== null;
   const label = node.kind === 'command' ? `<span class="node-name">${escapeHtml(node.name)}</span>`
                                         : `<span class="node-literal">${escapeHtml(node.name)}</span>`;
   let value;
-  if (!node.run) value = '<span class="not-run">not run</span>';
+  if (!run) value = '<span class="not-run">not run</span>';
   else if (node.code < 0) value = `<span class="node-failed">failed (${node.code})</span>`;
-  else value = `→ <span class="node-value${node.integer ? ' integer' : ''}">${escapeHtml(node.value)}</span>`;
+  else if (typeof node.value === 'number') value = `→ <span class="node-value integer">${node.value}</span>`;
+  else value = `→ <span class="node-value">${escapeHtml(node.value)}</span>`;
   const children = node.params.length ? `<ul>${node.params.map(nodeHtml).join('')}</ul>` : '';
   return `<li><span class="node" data-kind="${node.kind}" data-name="${escapeHtml(node.name)}" ` +
-         `data-offset="${node.offset}" data-length="${node.length}" data-run="${node.run}" data-code="${node.code}">` +
+         `data-offset="${node.offset}" data-length="${node.length}" data-run="${run}" data-code="${node.code}">` +
          `<span class="node-kind">${node.kind}</span> ${label} ${value}</span>${children}</li>`;
 }
 
@@ -342,8 +339,8 @@ function drawExplain() {
     return;
   }
   const line = lines[selectedIndex - 1] || '';
-  const result = call('nrv_explain', fields.expression.value, line, fields.escapes.checked ? 1 : 0);
-  if (!result.line) {
+  const result = call('nrv_explain', fields.expression.value, line, fields.escapes.checked ? 1 : 0, selectedIndex);
+  if (result.line === false) {
     box.innerHTML = `<p class="error">Scan ${selectedIndex} cannot be read: ${escapeHtml(result.message)}</p>`;
     return;
   }
@@ -508,36 +505,17 @@ function fillSymbologies() {
   });
 }
 
-// A dropped file is read here; lines that a text box cannot hold as they
-// are (control bytes, bytes that are not UTF-8) switch the escapes on.
+// A dropped file is read here, by the engine; lines that a text box cannot
+// hold as they are (control bytes, bytes that are not UTF-8) switch the
+// escapes on.
 function readDroppedFile(file) {
   file.arrayBuffer().then((buffer) => {
-    const bytes = new Uint8Array(buffer);
-    let text;
-    try {
-      text = new TextDecoder('utf-8', {fatal: true}).decode(bytes);
-    } catch (e) {
-      text = null;
-    }
-    const plain = text !== null && !/[\x00-\x08\x0b-\x1f\x7f]/.test(text) && !fields.escapes.checked;
-    if (plain) {
-      fields.scans.value = text;
-    } else {
-      const lines = [];
-      let start = 0;
-      for (let i = 0; i <= bytes.length; i++) {
-        if (i === bytes.length || bytes[i] === 0x0a) {
-          if (i > start || i < bytes.length) lines.push(escapeBytes(bytes.subarray(start, i)));
-          start = i + 1;
-        }
-      }
-      fields.escapes.checked = true;
-      // Every line keeps its '\n', so an empty last line still counts.
-      fields.scans.value = lines.map((line) => line + '\n').join('');
-    }
+    const reply = call('nrv_read_file', new Uint8Array(buffer), fields.escapes.checked ? 1 : 0);
+    fields.escapes.checked = reply.escapes;
+    fields.scans.value = reply.text;
     selectedIndex = 0;
     refresh();
-  });
+  }).catch(reportFailure);
 }
 
 function wire() {

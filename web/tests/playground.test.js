@@ -99,7 +99,7 @@ test('triggers and symbologies select the scans the tool edits', async () => {
 
 test('a malformed escape in a trigger text is reported beside the triggers', async () => {
   await h.fill(page, {escapes: true, expression: '{DecodedData()}', scans: 'AB', startsWith: '\\x4'});
-  assert.match(await page.textContent('#trigger-error'), /^startsWith: /);
+  assert.match(await page.textContent('#trigger-error'), /^starts with '\\x4': /);
   await page.fill('#starts-with', '');
   assert.equal(await page.textContent('#trigger-error'), '');
 });
@@ -247,4 +247,43 @@ test('an edit too large for the page stops at its limit, as the tool does, and t
   assert.equal(h.runTool({expression: grow, scans: 'AAAA'}).failures.get(1), -60);
   await page.fill('#expression', '<{DecodedData()}>');
   assert.deepEqual((await h.readResults(page)).map((r) => r.output), ['<AAAA>']);
+});
+
+test('a link with a zero byte or a size past 32 bits is refused as the tool refuses it, not cut or wrapped', async () => {
+  const cases = [
+    // fragment, the trigger error, the same triggers for the tool, the diagnostic's code and sentence
+    ['e=%7BDecodedData()%7D&s=AB&sw=A%00X', "starts with 'A\\x00X': a trigger text cannot hold a zero byte",
+     {escapes: true, startsWith: 'A\\x00X'}],
+    ['e=%7BDecodedData()%7D&s=AB&min=4294967297', "invalid size '4294967297' for minimum size (at most 4294967295)"],
+    ['e=%7BDecodedData()%7D&s=AB&min=5&max=2', 'minimum size 5 is above maximum size 2: no scan could be edited',
+     {min: 5, max: 2}],
+    ['e=%7BDecodedData()%7D%00%7BFrobnicate()%7D&s=AB', '', null, -18, 'the expression cannot hold a zero byte'],
+    ['e=%3C%7BDecodedData()%7D%3E&s=A%0AB%00C%0AD', ''],
+  ];
+  const toolNames = {'starts with': '--starts-with', 'minimum size': '--min-size', 'maximum size': '--max-size'};
+  for (const [fragment, triggerError, toolState, code, sentence] of cases) {
+    const copy = await h.openPage(browser, '#' + fragment);
+    assert.equal(await copy.textContent('#trigger-error'), triggerError, fragment);
+    if (toolState) {
+      const tool = h.runTool({expression: '{DecodedData()}', scans: 'AB', ...toolState});
+      assert.equal(tool.status, 2);
+      assert.ok(tool.stderr.includes(triggerError.replace(/[a-z]+ (with|size)/g, (name) => toolNames[name])),
+                tool.stderr);
+    }
+    const rows = await h.readResults(copy);
+    const lines = new URLSearchParams(fragment).get('s').split('\n');
+    assert.equal(rows.length, lines.length, fragment);
+    const diagnostic = await copy.$eval('#diagnostic', (d) => ({...d.dataset, text: d.textContent}));
+    if (code) {
+      assert.equal(Number(diagnostic.code), code);
+      assert.ok(diagnostic.text.startsWith(sentence), diagnostic.text);
+      assert.ok(rows.every((r) => r.code === code && r.output === lines[r.index - 1]));
+    } else if (triggerError) {
+      assert.ok(rows.every((r) => r.code === -18 && r.status === 'not edited: a trigger is refused (-18)'));
+    } else {
+      assert.deepEqual(rows.map((r) => r.output), ['<A>', '<B\u2400C>', '<D>']);
+    }
+    assert.deepEqual(copy.errors, []);
+    await copy.close();
+  }
 });

@@ -1,0 +1,182 @@
+#include "editor.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+#include "NrvDiagnostics.h"
+#include "NrvEscapes.h"
+#include "NrvParsingString.h"
+#include "NrvShownBytes.h"
+#include "explain_print.h"
+#ifdef NRV_EDIT_HAVE_RULES
+#include "NrvRulesFile.h"
+#endif
+
+namespace {
+
+void OnTraceLine(bool bError, const char* pszLine, void*)
+{
+    // The line quotes the expression, which may hold any byte.
+    fprintf(stderr, "trace: %s%s\n", bError ? "ERROR: " : "", NrvShown(pszLine, kNrvBytesMessage).c_str());
+}
+
+// The parser's trace on standard error while it lives, with --trace.
+class CTrace {
+public:
+    explicit CTrace(bool bOn) { CNrvParsingString::SetTraceCallback(bOn ? OnTraceLine : nullptr, nullptr); }
+    ~CTrace() { CNrvParsingString::SetTraceCallback(nullptr, nullptr); }
+    CTrace(const CTrace&) = delete;
+    CTrace& operator=(const CTrace&) = delete;
+};
+
+class CExpressionEditor : public CScanEditor {
+public:
+    explicit CExpressionEditor(const char* pszExpression) : m_pszExpression(pszExpression) {}
+
+    NRVRESULT Parse(bool bTrace)
+    {
+        const CTrace trace(bTrace);
+        return m_Profile.Parse(m_pszExpression);
+    }
+    CNrvDataEditingProfile* Profile() { return &m_Profile; }
+
+    NRVRESULT Edit(TNrvScanDecodedData* pRecord) override { return m_Profile.Edit(pRecord); }
+    const char* LastExpression() const override { return m_pszExpression; }
+
+private:
+    CNrvDataEditingProfile m_Profile;
+    const char* m_pszExpression;
+};
+
+#ifdef NRV_EDIT_HAVE_RULES
+class CRulesEditor : public CScanEditor {
+public:
+    CRulesEditor(CNrvRuleSet&& rules, bool bRequireMatch, bool bStats)
+        : m_Rules(std::move(rules)),
+          m_bRequireMatch(bRequireMatch),
+          m_bStats(bStats),
+          m_Edited(m_Rules.GetRuleCount(), 0),
+          m_Failed(m_Rules.GetRuleCount(), 0)
+    {
+    }
+
+    // Edits one scan with the first rule that takes it and counts the outcome.
+    NRVRESULT Edit(TNrvScanDecodedData* pRecord) override
+    {
+        const NRVRESULT result = m_Rules.Edit(pRecord, &m_nLastRule);
+        if (m_nLastRule == CNrvRuleSet::kNoRule) {
+            if (result != NRV_OK_NOT_TRIGGERED)
+                return result;
+            ++m_nUnmatched;
+            return m_bRequireMatch ? kNoRuleMatched : result;
+        }
+        ++(result < 0 ? m_Failed : m_Edited)[m_nLastRule];
+        return result;
+    }
+
+    const char* LastExpression() const override { return m_Rules.GetRuleExpression(m_nLastRule); }
+
+    std::string LastRuleLabel() const override
+    {
+        return m_nLastRule == CNrvRuleSet::kNoRule ? std::string() : Label(m_nLastRule);
+    }
+
+    std::string AppliedRuleLine() const override
+    {
+        return m_nLastRule == CNrvRuleSet::kNoRule ? "no rule applied" : Label(m_nLastRule) + " applied";
+    }
+
+    void DescribeLastRule(TNrvJsonScan* pScan) const override
+    {
+        pScan->bRuleSet = true;
+        pScan->nRule = m_nLastRule;
+        if (m_nLastRule != CNrvRuleSet::kNoRule)
+            pScan->ruleName = m_Rules.GetRuleName(m_nLastRule);
+    }
+
+    // --stats: per rule the scans it edited and those whose edit failed,
+    // then the scans no rule took; after the output, the last thing said.
+    void Finish() const override
+    {
+        if (!m_bStats)
+            return;
+        for (size_t i = 0; i < m_Rules.GetRuleCount(); ++i)
+            fprintf(stderr, "stats: %s: %llu edited, %llu failed\n", Label(i).c_str(), m_Edited[i], m_Failed[i]);
+        fprintf(stderr, "stats: no rule matched: %llu\n", m_nUnmatched);
+    }
+
+private:
+    // "rule 2 (Part numbers)", on one line whatever the name holds.
+    std::string Label(size_t nRule) const
+    {
+        std::string label = "rule " + std::to_string(nRule + 1);
+        const char* pszName = m_Rules.GetRuleName(nRule);
+        if (pszName != nullptr && pszName[0] != '\0') {
+            label += " (";
+            NrvAppendEscaped(pszName, strlen(pszName), &label);
+            label += ")";
+        }
+        return label;
+    }
+
+    CNrvRuleSet m_Rules;
+    bool m_bRequireMatch;
+    bool m_bStats;
+    size_t m_nLastRule = CNrvRuleSet::kNoRule;
+    std::vector<unsigned long long> m_Edited, m_Failed;
+    unsigned long long m_nUnmatched = 0;
+};
+#endif
+
+}  // namespace
+
+std::unique_ptr<CScanEditor> MakeExpressionEditor(const SOptions& options)
+{
+    std::unique_ptr<CExpressionEditor> pEditor(new CExpressionEditor(options.pszExpression));
+    if (pEditor->Parse(options.bTrace) < 0) {
+        // Asked only now: the diagnostic parses the expression once more.
+        const TNrvDiagnostic diagnostic = NrvDiagnoseParse(options.pszExpression);
+        if (options.bJson) {
+            std::string json;
+            CNrvJsonWriter().AppendParseOutcome(diagnostic, &json);
+            puts(json.c_str());
+        } else {
+            fputs(FormatParseError(options.pszExpression, diagnostic, UseColor(options.color, STDERR_FILENO)).c_str(),
+                  stderr);
+        }
+        return nullptr;
+    }
+    options.settings.Apply(pEditor->Profile());
+    return pEditor;
+}
+
+std::unique_ptr<CScanEditor> MakeRulesEditor(const SOptions& options)
+{
+#ifdef NRV_EDIT_HAVE_RULES
+    CNrvRuleSet rules;
+    std::vector<TNrvRulesError> errors;
+    bool bRead;
+    {
+        const CTrace trace(options.bTrace);
+        bRead = NrvReadRulesFile(options.pszRules, &rules, &errors);
+    }
+    if (!bRead) {
+        for (const TNrvRulesError& error : errors)
+            fputs(NrvFormatRulesError(options.pszRules, error).c_str(), stderr);
+        fprintf(stderr, "nrv-edit: %zu error%s in the rules file %s\n", errors.size(), errors.size() == 1 ? "" : "s",
+                NrvShown(options.pszRules, kNrvBytesMessage).c_str());
+        return nullptr;
+    }
+    // Every rule edits under the limits the tool's own expression would.
+    for (size_t i = 0; i < rules.GetRuleCount(); ++i)
+        options.settings.ApplyLimits(rules.GetRuleProfile(i));
+    return std::unique_ptr<CScanEditor>(new CRulesEditor(std::move(rules), options.bRequireMatch, options.bStats));
+#else
+    fprintf(stderr, "nrv-edit: --rules is not available: this nrv-edit was built without the TOML reader "
+                    "(libtomlplusplus-dev)\nTry 'nrv-edit --help' for more information.\n");
+    return nullptr;
+#endif
+}
