@@ -831,46 +831,19 @@ TEST(RobustnessHostile, EveryCommandGivenEmptyTexts)
         }
     }
 
-    // What the empty text means to each command.
+    // What the empty text means where the commands' own tables do not say.
     struct TRow {
         std::string expression;
         NRVRESULT edit;
         std::string text;
     };
     const TRow rows[] = {
-        {e, NRV_OK, ""},
-        {"{DecodedDataWithoutTrailer()}", NRV_OK, ""},
-        {"{TruncateFromBeginning(" + e + ",0)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{TruncateFromEnd(" + e + ",-2)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{Replace(" + e + "," + e + "," + e + ")}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{Replace(abc," + e + ",x)}", NRV_OK, "xabc"},
-        {"{Replace(abc,b," + e + ")}", NRV_OK, "ac"},
-        {"{Substitute(" + e + "," + e + "," + e + ")}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{Substitute(" + e + ",a,b)}", NRV_OK, ""},
-        {"{Substitute(abc," + e + ",x)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{Substitute(abc,b," + e + ")}", NRV_OK, "ac"},
-        {"{EscapeCharacter(" + e + ")}", NRV_ERR_OUT_OF_RANGE, ""},
         {"{InsertAfterIndex(" + e + ",-1," + e + ")}", NRV_OK, ""},
-        {"{InsertAfterIndex(" + e + ",-1,x)}", NRV_OK, "x"},
-        {"{InsertAfterIndex(" + e + ",0,x)}", NRV_ERR_OUT_OF_RANGE, ""},
         {"{InsertBeforeIndex(" + e + ",-2,x)}", NRV_OK, ""},
-        {"{InsertBeforeIndex(" + e + ",0,x)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{FindFirstFromIndex(" + e + ",0,x,0)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{FindFirstFromIndex(" + e + ",-1,x,0)}", NRV_OK, "-2"},
-        {"{FindLastFromIndex(" + e + ",-1,x,0)}", NRV_OK, "-2"},
-        {"{FindLastFromIndex(" + e + ",-1," + e + ",0)}", NRV_OK, "-2"},
-        {"{FindLastFromIndex(" + e + ",0,x,0)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{MakeUpperCase(" + e + ")}", NRV_OK, ""},
-        {"{MakeLowerCase(" + e + ")}", NRV_OK, ""},
+        {"{FindLastFromIndex(" + e + ",-1," + e + ",0)}", NRV_OK, "-2"},  // as long as the text: never found
         {"{ReplaceNonPrintableCharacters(" + e + "," + e + ")}", NRV_OK, ""},
-        {"{TruncateAfterIndex(" + e + ",0,0)}", NRV_OK, ""},
-        {"{TruncateBeforeIndex(" + e + ",0,0)}", NRV_OK, ""},
         {"{TruncateAfterIndex(" + e + ",5,-9)}", NRV_OK, ""},
-        {"{Substring(" + e + ",-1,-1)}", NRV_OK, ""},
         {"{Substring(" + e + ",5,2)}", NRV_OK, ""},
-        {"{Extract(" + e + ",a,b)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{Extract(abc," + e + ",b)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{Extract(abc,a," + e + ")}", NRV_ERR_OUT_OF_RANGE, ""},
     };
     for (const TRow& row : rows) {
         SCOPED_TRACE(row.expression);
