@@ -1,0 +1,19 @@
+// The name and meaning of every result code the library defines, for
+// messages: everything that prints a code reads them here.
+#ifndef NRV_RESULT_CODES_H
+#define NRV_RESULT_CODES_H
+
+#include <string>
+
+#include "NrvScanTypes.h"
+
+// The code's name ("NRV_ERR_SYNTAX"), or null for a code the library does
+// not define.
+const char* NrvResultCodeName(NRVRESULT nCode);
+// What the code means, in a few words, or null.
+const char* NrvResultCodeMeaning(NRVRESULT nCode);
+// The meaning, or "failed with code N" for a code the library does not
+// define: a sentence for any failure that nothing describes better.
+std::string NrvDescribeCode(NRVRESULT nCode);
+
+#endif  // NRV_RESULT_CODES_H
