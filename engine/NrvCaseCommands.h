@@ -19,4 +19,12 @@ public:
     NRVRESULT Compute(CNrvOperationResult& Result, CNrvOperationResult& Text, CNrvOperationResult& Replacement) const;
 };
 
+// Each command's operation and factory by the command's name; twins are
+// one class, told apart by their rows.
+using CNrvOperationMakeUpperCase = CNrvOperationMakeCase;
+using CNrvOperationMakeLowerCase = CNrvOperationMakeCase;
+using CNrvOperationFactoryMakeUpperCase = CNrvOperationFactoryOf<CNrvOperationMakeCase>;
+using CNrvOperationFactoryMakeLowerCase = CNrvOperationFactoryOf<CNrvOperationMakeCase>;
+using CNrvOperationFactoryReplaceNonPrintableCharacters = CNrvOperationFactoryOf<CNrvOperationReplaceNonPrintableCharacters>;
+
 #endif  // NRV_CASE_COMMANDS_H

@@ -13,4 +13,10 @@ public:
     NRVRESULT Compute(CNrvOperationResult& Result) const;
 };
 
+// Each command's operation and factory by the command's name; twins are
+// one class, told apart by their rows.
+using CNrvOperationDecodedDataWithoutTrailer = CNrvOperationDecodedData;
+using CNrvOperationFactoryDecodedData = CNrvOperationFactoryOf<CNrvOperationDecodedData>;
+using CNrvOperationFactoryDecodedDataWithoutTrailer = CNrvOperationFactoryOf<CNrvOperationDecodedData>;
+
 #endif  // NRV_DECODED_DATA_COMMANDS_H

@@ -12,4 +12,7 @@ public:
     std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 
+// Each command's factory by the command's name.
+using CNrvOperationFactoryEscapeCharacter = CNrvOperationFactoryOf<CNrvOperationEscapeCharacter>;
+
 #endif  // NRV_ESCAPE_CHARACTER_COMMAND_H

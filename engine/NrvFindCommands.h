@@ -23,4 +23,11 @@ private:
     static int FindLast(CNrvOperationResult& Text, size_t nStart, CNrvOperationResult& Search);
 };
 
+// Each command's operation and factory by the command's name; twins are
+// one class, told apart by their rows.
+using CNrvOperationFindFirstFromIndex = CNrvOperationFindFromIndex;
+using CNrvOperationFindLastFromIndex = CNrvOperationFindFromIndex;
+using CNrvOperationFactoryFindFirstFromIndex = CNrvOperationFactoryOf<CNrvOperationFindFromIndex>;
+using CNrvOperationFactoryFindLastFromIndex = CNrvOperationFactoryOf<CNrvOperationFindFromIndex>;
+
 #endif  // NRV_FIND_COMMANDS_H

@@ -17,4 +17,11 @@ public:
     std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 
+// Each command's operation and factory by the command's name; twins are
+// one class, told apart by their rows.
+using CNrvOperationInsertAfterIndex = CNrvOperationInsertAtIndex;
+using CNrvOperationInsertBeforeIndex = CNrvOperationInsertAtIndex;
+using CNrvOperationFactoryInsertAfterIndex = CNrvOperationFactoryOf<CNrvOperationInsertAtIndex>;
+using CNrvOperationFactoryInsertBeforeIndex = CNrvOperationFactoryOf<CNrvOperationInsertAtIndex>;
+
 #endif  // NRV_INSERT_COMMANDS_H

@@ -21,4 +21,8 @@ public:
     std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 
+// Each command's factory by the command's name.
+using CNrvOperationFactoryReplace = CNrvOperationFactoryOf<CNrvOperationReplace>;
+using CNrvOperationFactorySubstitute = CNrvOperationFactoryOf<CNrvOperationSubstitute>;
+
 #endif  // NRV_REPLACE_COMMANDS_H

@@ -20,4 +20,8 @@ public:
     std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 
+// Each command's factory by the command's name.
+using CNrvOperationFactorySubstring = CNrvOperationFactoryOf<CNrvOperationSubstring>;
+using CNrvOperationFactoryExtract = CNrvOperationFactoryOf<CNrvOperationExtract>;
+
 #endif  // NRV_SUBSTRING_COMMANDS_H

@@ -15,4 +15,11 @@ public:
     std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 
+// Each command's operation and factory by the command's name; twins are
+// one class, told apart by their rows.
+using CNrvOperationTruncateAfterIndex = CNrvOperationTruncateAtIndex;
+using CNrvOperationTruncateBeforeIndex = CNrvOperationTruncateAtIndex;
+using CNrvOperationFactoryTruncateAfterIndex = CNrvOperationFactoryOf<CNrvOperationTruncateAtIndex>;
+using CNrvOperationFactoryTruncateBeforeIndex = CNrvOperationFactoryOf<CNrvOperationTruncateAtIndex>;
+
 #endif  // NRV_TRUNCATE_AT_INDEX_COMMANDS_H

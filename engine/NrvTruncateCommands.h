@@ -14,4 +14,11 @@ public:
     std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
 
+// Each command's operation and factory by the command's name; twins are
+// one class, told apart by their rows.
+using CNrvOperationTruncateFromBeginning = CNrvOperationTruncate;
+using CNrvOperationTruncateFromEnd = CNrvOperationTruncate;
+using CNrvOperationFactoryTruncateFromBeginning = CNrvOperationFactoryOf<CNrvOperationTruncate>;
+using CNrvOperationFactoryTruncateFromEnd = CNrvOperationFactoryOf<CNrvOperationTruncate>;
+
 #endif  // NRV_TRUNCATE_COMMANDS_H
