@@ -326,10 +326,16 @@ list-commands)
         problem="$problem${problem:+; }the first command is not listed as expected"
     grep -qxF "FindFirstFromIndex(text: text, start: number, search: text, offset: number) -> number" "$WORK/out" ||
         problem="$problem${problem:+; }a command with number parameters is not listed as expected"
-    # Every command is a signature line, then its summary indented by four.
+    # The GS1 set under its own heading, after a blank line, and its commands after it.
+    grep -A1 -xF "GS1 commands (an extension set, enabled unless --seed-only):" "$WORK/out" |
+        grep -q '^GS1Element(text: text, ai: text) -> text$' ||
+        problem="$problem${problem:+; }the GS1 commands are not listed under their heading"
+    # Every command is a signature line, then its summary indented by four;
+    # each set's heading follows a blank line.
+    grep -v -e '^$' -e '^[A-Z0-9]* commands (.*):$' "$WORK/out" >"$WORK/commands"
     awk 'NR % 2 == 1 && !/^[A-Za-z]+\((|[a-zA-Z]+: (text|number)(, [a-zA-Z]+: (text|number))*)\) -> (text|number)$/ { bad = 1 }
          NR % 2 == 0 && !/^    [^ ]/ { bad = 1 }
-         END { exit bad || NR % 2 != 0 || NR == 0 }' "$WORK/out" ||
+         END { exit bad || NR % 2 != 0 || NR == 0 }' "$WORK/commands" ||
         problem="$problem${problem:+; }a line is not a signature followed by its summary"
     if [ -n "$problem" ]; then
         failures=$((failures + 1))
