@@ -7,6 +7,8 @@
 
 bool TNrvGs1Condition::Holds(const char* pData, size_t nLength) const
 {
+    if (!IsSet())
+        return true;
     CNrvGs1Reader reader(pData, nLength);
     TNrvGs1Element element;
     std::vector<bool> found(ais.size(), false);
