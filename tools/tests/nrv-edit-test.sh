@@ -466,6 +466,15 @@ QR-9
     expect "the example file: GS1 separators and GTIN" 0 '01095040000591012112345678p901|101234567p
 GTIN 04412345678909' '' -e -s DataMatrix --rules "$EXAMPLE_RULES" \
         '01095040000591012112345678p901\x1D101234567p' 0104412345678909
+    # A real scan with a lot and an expiry date; the same with a wrong check
+    # digit is no GS1 message, and the separators rule takes it.
+    expect "the example file: GS1 lot and expiry" 0 'lot 1234567p expiry 141120
+01095040000591112112345678p901|101234567p|17141120' '' -e -s DataMatrix --rules "$EXAMPLE_RULES" \
+        '01095040000591012112345678p901\x1D101234567p\x1D17141120' \
+        '01095040000591112112345678p901\x1D101234567p\x1D17141120'
+    expect "--seed-only: a GS1 command in the example file is unknown" 2 NONE \
+        'rule 2: the expression does not parse: unknown command "GS1Element"' \
+        --seed-only --check --rules "$EXAMPLE_RULES"
     expect "an operand is a scan, never an expression" 0 "{Nope()}" '' --rules "$WORK/rules.toml" '{Nope()}'
     expect "--explain names the rule before its tree, or that none applied" 0 'rule 1 (Part numbers) applied
 scan 1: "PN7" => "Part: 7"
