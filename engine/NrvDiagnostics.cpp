@@ -570,3 +570,11 @@ const char* NrvResultCodeMeaning(NRVRESULT nCode)
     const SCode* pCode = FindCode(nCode);
     return pCode != nullptr ? pCode->pszMeaning : nullptr;
 }
+
+bool NrvResultCodeAt(size_t nIndex, NRVRESULT* pnCode)
+{
+    if (nIndex >= sizeof kCodes / sizeof kCodes[0])
+        return false;
+    *pnCode = kCodes[nIndex].value;
+    return true;
+}

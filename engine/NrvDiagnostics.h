@@ -83,5 +83,8 @@ TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t 
 const char* NrvResultCodeName(NRVRESULT nCode);
 // What such a code means, in a few words, or null.
 const char* NrvResultCodeMeaning(NRVRESULT nCode);
+// The codes the library defines, one by one from nIndex 0 (NRV_OK first,
+// then NRV_OK_NOT_TRIGGERED, then the errors): false past the last.
+bool NrvResultCodeAt(size_t nIndex, NRVRESULT* pnCode);
 
 #endif  // NRV_DIAGNOSTICS_H

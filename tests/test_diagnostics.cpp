@@ -2,6 +2,7 @@
 // fails, the explain tree, and that every code reported equals the engine's.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <thread>
@@ -476,6 +477,28 @@ TEST(ResultCodes, NameAndMeaningOfEveryCode)
     EXPECT_STREQ("NRV_ERR_OUT_OF_RANGE", NrvResultCodeName(-43));
     EXPECT_EQ(nullptr, NrvResultCodeName(-44));
     EXPECT_EQ(nullptr, NrvResultCodeMeaning(7));
+}
+
+// The codes one by one: each once, each named, the ones a header defines
+// all among them, and nothing past the last.
+TEST(ResultCodes, EveryCodeInTurn)
+{
+    std::vector<NRVRESULT> listed;
+    NRVRESULT code = 0;
+    while (NrvResultCodeAt(listed.size(), &code)) {
+        ASSERT_NE(nullptr, NrvResultCodeName(code)) << code;
+        EXPECT_EQ(std::count(listed.begin(), listed.end(), code), 0) << code;
+        listed.push_back(code);
+        ASSERT_LT(listed.size(), 1000u);
+    }
+    code = 12345;
+    EXPECT_FALSE(NrvResultCodeAt(listed.size(), &code));
+    EXPECT_EQ(code, 12345);  // untouched past the end
+    EXPECT_EQ(listed.at(0), NRV_OK);
+    EXPECT_EQ(listed.at(1), NRV_OK_NOT_TRIGGERED);
+    for (const NRVRESULT defined : {NRV_ERR_INVALID_PARAMETER, NRV_ERR_OUT_OF_RANGE, NRV_ERR_SYNTAX, NRV_ERR_UNKNOWN_COMMAND,
+                                    NRV_ERR_PARAMETER_COUNT, NRV_ERR_TEXT_LIMIT, NRV_ERR_WORK_LIMIT, NRV_ERR_TEXT_TOO_LONG})
+        EXPECT_EQ(std::count(listed.begin(), listed.end(), defined), 1) << defined;
 }
 
 }  // namespace
