@@ -1,0 +1,35 @@
+// What the parts of the rules-file reader share. Not installed: it needs
+// toml++, which the public headers keep out of sight.
+#ifndef NRV_RULES_INTERNAL_H
+#define NRV_RULES_INTERNAL_H
+
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <toml++/toml.h>
+
+#include "NrvRuleTests.h"
+#include "NrvSettings.h"
+
+// Where the reader collects an error: the place in the file, and the sentence.
+using NrvRulesErrorSink = std::function<void(const toml::source_region& where, std::string message)>;
+
+// " (did you mean 'starts-with'?)" for a key close to one of keys, or "".
+std::string NrvKeyHint(std::string_view key, std::initializer_list<const char*> keys);
+
+// "a string", "an integer", ... for messages.
+const char* NrvTomlTypeName(const toml::node& node);
+
+// The settings' names as a rules file writes its keys.
+extern const TNrvSettingNames kNrvRuleSettingNames;
+
+// Reads the value of the file's 'test' key (written [[test]]) into
+// *pTests, in file order, each error given to error. pRules is the file's
+// 'rule' array, or null: a test names one of its rules.
+void NrvReadTestTables(const toml::node& tests, const toml::array* pRules, const NrvRulesErrorSink& error,
+                       std::vector<TNrvRuleTest>* pTests);
+
+#endif  // NRV_RULES_INTERNAL_H
