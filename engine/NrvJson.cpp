@@ -136,6 +136,10 @@ void CNrvJsonWriter::AppendNode(const TNrvExplainNode& node, std::string* pOut) 
         AppendNumber(node.nInteger, pOut);
     else
         AppendBytes(node.value, pOut);
+    if (node.nValueLength > node.value.size()) {  // cut: the whole length
+        *pOut += ",\"valueLength\":";
+        AppendSize(node.nValueLength, pOut);
+    }
     *pOut += ",\"params\":[";
     for (size_t i = 0; i < node.params.size(); ++i) {
         if (i != 0)

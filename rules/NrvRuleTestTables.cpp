@@ -12,11 +12,13 @@
 #include "NrvEscapes.h"
 #include "NrvRulesInternal.h"
 #include "NrvShownBytes.h"
+#include "NrvSuggest.h"
 
 namespace {
 
 // The expectation keys, in the order of TNrvRuleTest::EExpect.
 const char* const kExpectations[] = {"output", "rule", "untouched", "fails"};
+const char* const kKeys[] = {"scan", "symbology", "output", "rule", "untouched", "fails"};
 
 // A message lists at most this many rules; a file may hold thousands.
 const size_t kRulesListed = 10;
@@ -201,8 +203,9 @@ bool CTestReader::Read(const toml::table& table, const std::string& label, TNrvR
         } else if (key == "symbology") {
             bRead = ReadSymbology(value, label, &pTest->symbology) && bRead;
         } else if (nExpect == std::size(kExpectations)) {
+            const char* pszKey = NrvSuggest(key, kKeys, std::size(kKeys));
             m_Error(written.source(), label + ": unknown key " + Quoted(key) +
-                                          NrvKeyHint(key, {"scan", "symbology", "output", "rule", "untouched", "fails"}));
+                                          (pszKey != nullptr ? std::string(" (did you mean '") + pszKey + "'?)" : ""));
             bRead = false;
         } else if (pExpectation == nullptr) {
             bRead = ReadExpectation(nExpect, value, label, pTest) && bRead;

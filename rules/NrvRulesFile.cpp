@@ -13,38 +13,21 @@
 #include "NrvRulesInternal.h"
 #include "NrvSettings.h"
 #include "NrvShownBytes.h"
+#include "NrvSuggest.h"
 #include "NrvTomlPositions.h"
 
 namespace {
 
-// Edits needed to turn a into b, for "did you mean" hints.
-size_t Distance(std::string_view a, std::string_view b)
+const char* const kRuleKeys[] = {"name",        "expression", "symbologies", "contains",
+                                 "starts-with", "ends-with",  "min-size",    "max-size"};
+
+std::string Hint(std::string_view key)
 {
-    std::vector<size_t> row(b.size() + 1);
-    for (size_t j = 0; j <= b.size(); ++j)
-        row[j] = j;
-    for (size_t i = 1; i <= a.size(); ++i) {
-        size_t nDiagonal = row[0];
-        row[0] = i;
-        for (size_t j = 1; j <= b.size(); ++j) {
-            const size_t nAbove = row[j];
-            row[j] = std::min({row[j] + 1, row[j - 1] + 1, nDiagonal + (a[i - 1] == b[j - 1] ? 0 : 1)});
-            nDiagonal = nAbove;
-        }
-    }
-    return row[b.size()];
+    const char* pszKey = NrvSuggest(key, kRuleKeys, sizeof kRuleKeys / sizeof kRuleKeys[0]);
+    return pszKey != nullptr ? std::string(" (did you mean '") + pszKey + "'?)" : std::string();
 }
 
 }  // namespace
-
-std::string NrvKeyHint(std::string_view key, std::initializer_list<const char*> keys)
-{
-    for (const char* pszKey : keys) {
-        if (Distance(key, pszKey) <= 2)
-            return std::string(" (did you mean '") + pszKey + "'?)";
-    }
-    return std::string();
-}
 
 // The trigger keys as messages name them.
 const TNrvSettingNames kNrvRuleSettingNames = {
@@ -268,9 +251,7 @@ void CRulesReader::ReadKey(const toml::key& written, const toml::node& value, co
     }
     const bool bText = key == "name" || key == "expression";
     if (!bText) {
-        Error(written.source(), label + ": unknown key '" + NrvShown(key, kNrvBytesMessage) + "'" +
-                                    NrvKeyHint(key, {"name", "expression", "symbologies", "contains", "starts-with",
-                                                     "ends-with", "min-size", "max-size"}));
+        Error(written.source(), label + ": unknown key '" + NrvShown(key, kNrvBytesMessage) + "'" + Hint(key));
         return;
     }
     const std::optional<std::string> text = value.value_exact<std::string>();

@@ -4,9 +4,7 @@
 #define NRV_RULES_INTERNAL_H
 
 #include <functional>
-#include <initializer_list>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <toml++/toml.h>
@@ -16,9 +14,6 @@
 
 // Where the reader collects an error: the place in the file, and the sentence.
 using NrvRulesErrorSink = std::function<void(const toml::source_region& where, std::string message)>;
-
-// " (did you mean 'starts-with'?)" for a key close to one of keys, or "".
-std::string NrvKeyHint(std::string_view key, std::initializer_list<const char*> keys);
 
 // "a string", "an integer", ... for messages.
 const char* NrvTomlTypeName(const toml::node& node);

@@ -1,14 +1,18 @@
 // The foundation pieces: string services, value record, list, parsing string.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <vector>
 
 #include "NrvList.h"
 #include "NrvOperation.h"
+#include "NrvResultCodes.h"
 #include "NrvRuntimeLib.h"
+#include "NrvSuggest.h"
 #include "NrvUtilities.h"
 
 namespace {
@@ -74,6 +78,102 @@ TEST(StringServices, SprintfIsBoundedAndAlwaysTerminated)
     EXPECT_EQ('\0', szSmall[3]);
     EXPECT_LT(CNrvRuntimeLib::Sprintf(nullptr, 4, "%d", 1), 0);
     EXPECT_LT(CNrvRuntimeLib::Sprintf(szSmall, 0, "%d", 1), 0);
+}
+
+// Every code the library returns has its name and a meaning; any other value
+// has neither and is described by its number.
+TEST(ResultCodes, NameAndMeaningOfEveryCode)
+{
+    const struct {
+        NRVRESULT nCode;
+        const char* pszName;  // null: not a code of the library
+    } rows[] = {
+        {NRV_OK, "NRV_OK"},
+        {NRV_OK_NOT_TRIGGERED, "NRV_OK_NOT_TRIGGERED"},
+        {NRV_ERR_INVALID_PARAMETER, "NRV_ERR_INVALID_PARAMETER"},
+        {NRV_ERR_OUT_OF_RANGE, "NRV_ERR_OUT_OF_RANGE"},
+        {NRV_ERR_SYNTAX, "NRV_ERR_SYNTAX"},
+        {NRV_ERR_TEXT_LIMIT, "NRV_ERR_TEXT_LIMIT"},
+        {NRV_ERR_WORK_LIMIT, "NRV_ERR_WORK_LIMIT"},
+        {NRV_ERR_TEXT_TOO_LONG, "NRV_ERR_TEXT_TOO_LONG"},
+        {NRV_ERR_UNKNOWN_COMMAND, "NRV_ERR_UNKNOWN_COMMAND"},
+        {NRV_ERR_PARAMETER_COUNT, "NRV_ERR_PARAMETER_COUNT"},
+        {-1, nullptr},
+        {-44, nullptr},
+        {2, nullptr},
+        {INT64_MIN, nullptr},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.nCode);
+        if (row.pszName == nullptr) {
+            EXPECT_EQ(nullptr, NrvResultCodeName(row.nCode));
+            EXPECT_EQ(nullptr, NrvResultCodeMeaning(row.nCode));
+            EXPECT_EQ("failed with code " + std::to_string(static_cast<long long>(row.nCode)),
+                      NrvDescribeCode(row.nCode));
+            continue;
+        }
+        EXPECT_STREQ(row.pszName, NrvResultCodeName(row.nCode));
+        ASSERT_NE(nullptr, NrvResultCodeMeaning(row.nCode));
+        EXPECT_NE('\0', NrvResultCodeMeaning(row.nCode)[0]);
+        EXPECT_EQ(NrvResultCodeMeaning(row.nCode), NrvDescribeCode(row.nCode));
+    }
+}
+
+// The codes one by one: each once and named, NRV_OK and
+// NRV_OK_NOT_TRIGGERED first, every error among them, nothing past the last.
+TEST(ResultCodes, EveryCodeInTurn)
+{
+    std::vector<NRVRESULT> listed;
+    NRVRESULT nCode = 0;
+    while (NrvResultCodeAt(listed.size(), &nCode)) {
+        ASSERT_NE(nullptr, NrvResultCodeName(nCode)) << nCode;
+        EXPECT_EQ(std::count(listed.begin(), listed.end(), nCode), 0) << nCode;
+        listed.push_back(nCode);
+        ASSERT_LT(listed.size(), 1000u);
+    }
+    nCode = 12345;
+    EXPECT_FALSE(NrvResultCodeAt(listed.size(), &nCode));
+    EXPECT_EQ(nCode, 12345);  // untouched past the end
+    ASSERT_EQ(listed.size(), 10u);
+    EXPECT_EQ(listed[0], NRV_OK);
+    EXPECT_EQ(listed[1], NRV_OK_NOT_TRIGGERED);
+    for (const NRVRESULT nError : {NRV_ERR_INVALID_PARAMETER, NRV_ERR_OUT_OF_RANGE, NRV_ERR_SYNTAX, NRV_ERR_TEXT_LIMIT,
+                                   NRV_ERR_WORK_LIMIT, NRV_ERR_TEXT_TOO_LONG, NRV_ERR_UNKNOWN_COMMAND,
+                                   NRV_ERR_PARAMETER_COUNT})
+        EXPECT_EQ(std::count(listed.begin() + 2, listed.end(), nError), 1) << nError;
+}
+
+// The same name in another case first, then the nearest within two edits,
+// the first on a tie; a name of any length costs no more than a short one.
+TEST(Suggest, NearestWithinTwoEditsOrTheSameButForCase)
+{
+    const char* const candidates[] = {"DecodedData", "Extract", "Extracts", "ab", "AB", "abc", "ABD", "starts-with"};
+    const struct {
+        std::string name;
+        const char* pszExpected;
+    } rows[] = {
+        {"decodedData", "DecodedData"},
+        {"DECODEDDATA", "DecodedData"},
+        {"DeocdedData", "DecodedData"},  // a swap of neighbours is one edit
+        {"DecodedDat", "DecodedData"},
+        {"DecodedDataxy", "DecodedData"},
+        {"DecodedDataxyz", nullptr},  // three edits
+        {"Decod", nullptr},
+        {"Extr\xFF" "ct", "Extract"},  // a high byte is a byte like any other
+        {"Extractss", "Extracts"},    // the nearest, not the first within two
+        {"cd", "ab"},                 // both two edits away: the first
+        {"abD", "ABD"},               // the same but for case beats one edit away (abc)
+        {"start-with", "starts-with"},
+        {"", "ab"},
+        {std::string(1, '\0'), "ab"},
+        {std::string(2u << 20, 'x'), nullptr},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name.substr(0, 20));
+        const char* pszSuggestion = NrvSuggest(row.name, candidates, sizeof candidates / sizeof candidates[0]);
+        EXPECT_STREQ(row.pszExpected, pszSuggestion);
+    }
+    EXPECT_EQ(nullptr, NrvSuggest("ab", candidates, 0));
 }
 
 TEST(ValueRecord, IntegersReadAsSignWidenedSizesAndDecimalText)

@@ -314,42 +314,29 @@ usage)
     ;;
 
 list-commands)
-    expect "every command with its parameters, result and summary" 0 "DecodedData() -> text
-    the scan's bytes, exactly as read
-TruncateFromBeginning(text: text, count: number) -> text
-    text without its first count bytes
-TruncateFromEnd(text: text, count: number) -> text
-    text without its last count bytes
-Replace(text: text, search: text, replacement: text) -> text
-    text with the first occurrence of search replaced by replacement
-Substitute(text: text, set: text, replacement: text) -> text
-    text with every byte that occurs in set replaced by replacement
-EscapeCharacter(hex: text) -> text
-    the bytes spelled by pairs of hexadecimal digits
-InsertAfterIndex(text: text, index: number, insert: text) -> text
-    insert put behind the byte at index
-InsertBeforeIndex(text: text, index: number, insert: text) -> text
-    insert put in front of the byte at index
-FindFirstFromIndex(text: text, start: number, search: text, offset: number) -> number
-    where the first search at or after start begins, plus offset
-FindLastFromIndex(text: text, start: number, search: text, offset: number) -> number
-    where the last search begins (the first at or after start, else the last before it), plus offset
-MakeUpperCase(text: text) -> text
-    text with a-z made A-Z
-MakeLowerCase(text: text) -> text
-    text with A-Z made a-z
-ReplaceNonPrintableCharacters(text: text, replacement: text) -> text
-    text with every byte below 0x20 or from 0x80 up replaced by replacement
-DecodedDataWithoutTrailer() -> text
-    the scan without the control bytes at its end
-TruncateAfterIndex(text: text, index: number, offset: number) -> text
-    the bytes of text before index + offset
-TruncateBeforeIndex(text: text, index: number, offset: number) -> text
-    the bytes of text from index + offset on
-Substring(text: text, start: number, stop: number) -> text
-    the bytes of text from start up to, not including, stop
-Extract(text: text, startMarker: text, stopMarker: text) -> text
-    the bytes after the first startMarker and before the last stopMarker" '' --list-commands
+    # The listing's format, on a row or two: the commands themselves come
+    # from the command table, which the unit tests check.
+    cases=$((cases + 1))
+    "$TOOL" --list-commands >"$WORK/out" 2>"$WORK/err"
+    status=$?
+    problem=
+    [ "$status" -eq 0 ] || problem="exit status $status"
+    [ -s "$WORK/err" ] && problem="$problem${problem:+; }unexpected standard error"
+    printf '%s\n' "DecodedData() -> text" "    the scan's bytes, exactly as read" >"$WORK/expected"
+    sed -n '1,2p' "$WORK/out" | cmp -s - "$WORK/expected" ||
+        problem="$problem${problem:+; }the first command is not listed as expected"
+    grep -qxF "FindFirstFromIndex(text: text, start: number, search: text, offset: number) -> number" "$WORK/out" ||
+        problem="$problem${problem:+; }a command with number parameters is not listed as expected"
+    # Every command is a signature line, then its summary indented by four.
+    awk 'NR % 2 == 1 && !/^[A-Za-z]+\((|[a-zA-Z]+: (text|number)(, [a-zA-Z]+: (text|number))*)\) -> (text|number)$/ { bad = 1 }
+         NR % 2 == 0 && !/^    [^ ]/ { bad = 1 }
+         END { exit bad || NR % 2 != 0 || NR == 0 }' "$WORK/out" ||
+        problem="$problem${problem:+; }a line is not a signature followed by its summary"
+    if [ -n "$problem" ]; then
+        failures=$((failures + 1))
+        echo "FAIL --list-commands: $problem"
+        sed 's/^/  | /' "$WORK/out"
+    fi
     cases=$((cases + 1))
     if ! "$TOOL" --help | grep -q 'ReplaceNonPrintableCharacters'; then
         failures=$((failures + 1))
