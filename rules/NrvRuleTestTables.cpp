@@ -30,7 +30,7 @@ std::string Quoted(std::string_view text)
 
 class CTestReader {
 public:
-    CTestReader(const toml::array* pRules, const NrvRulesErrorSink& error) : m_pRules(pRules), m_Error(error) {}
+    CTestReader(const toml::array* pRules, const NrvRulesErrorSink& error);
 
     // False when the test has an error (each one reported).
     bool Read(const toml::table& table, const std::string& label, TNrvRuleTest* pTest);
@@ -42,12 +42,23 @@ private:
     bool ReadExpectation(size_t nExpect, const toml::node& value, const std::string& label, TNrvRuleTest* pTest);
     bool ReadRule(const toml::node& value, const std::string& label, size_t* pnRule);
     bool ReadCode(const toml::node& value, const std::string& label, NRVRESULT* pnCode);
-    // The rules' names as the file writes them ("" for an unnamed rule).
-    std::vector<std::string> RuleNames() const;
-
-    const toml::array* m_pRules;
+    // The rules' names as the file writes them ("" for an unnamed rule),
+    // read once for all the tests.
+    std::vector<std::string> m_RuleNames;
     const NrvRulesErrorSink& m_Error;
 };
+
+CTestReader::CTestReader(const toml::array* pRules, const NrvRulesErrorSink& error) : m_Error(error)
+{
+    if (pRules == nullptr)
+        return;
+    for (const toml::node& rule : *pRules) {
+        const toml::table* pTable = rule.as_table();
+        const toml::node* pName = pTable != nullptr ? pTable->get("name") : nullptr;
+        const std::optional<std::string> name = pName != nullptr ? pName->value_exact<std::string>() : std::nullopt;
+        m_RuleNames.push_back(name ? *name : std::string());
+    }
+}
 
 bool CTestReader::Fail(const toml::node& where, std::string message)
 {
@@ -86,23 +97,9 @@ bool CTestReader::ReadSymbology(const toml::node& value, const std::string& labe
     return Fail(value, label + ": " + error.Describe(kNrvRuleSettingNames));
 }
 
-std::vector<std::string> CTestReader::RuleNames() const
-{
-    std::vector<std::string> names;
-    if (m_pRules == nullptr)
-        return names;
-    for (const toml::node& rule : *m_pRules) {
-        const toml::table* pTable = rule.as_table();
-        const toml::node* pName = pTable != nullptr ? pTable->get("name") : nullptr;
-        const std::optional<std::string> name = pName != nullptr ? pName->value_exact<std::string>() : std::nullopt;
-        names.push_back(name ? *name : std::string());
-    }
-    return names;
-}
-
 bool CTestReader::ReadRule(const toml::node& value, const std::string& label, size_t* pnRule)
 {
-    const std::vector<std::string> names = RuleNames();
+    const std::vector<std::string>& names = m_RuleNames;
     if (const std::optional<int64_t> nNumber = value.value_exact<int64_t>()) {
         if (*nNumber >= 1 && static_cast<uint64_t>(*nNumber) <= names.size()) {
             *pnRule = static_cast<size_t>(*nNumber - 1);

@@ -3,11 +3,9 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstring>
 #include <utility>
 
 #include "NrvDiagnostics.h"
-#include "NrvEscapes.h"
 #include "NrvParsingString.h"
 #include "NrvShownBytes.h"
 #include "explain_print.h"

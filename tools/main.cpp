@@ -62,9 +62,14 @@ std::string TestMisuse(const SOptions& options)
     const struct {
         bool bGiven;
         const char* pszOption;
-    } kOthers[] = {{options.pszRules != nullptr, "--rules"},  {options.pszInput != nullptr, "-i"},
-                   {options.bEscapes, "-e"},                  {options.symbology != kNrvScanSymbologyNotSpecified, "-s"},
-                   {options.bCheck, "--check"},               {options.bExplain, "--explain"}};
+    } kOthers[] = {
+        {options.pszRules != nullptr, "--rules"},
+        {options.pszInput != nullptr, "-i"},
+        {options.bEscapes, "-e"},
+        {options.symbology != kNrvScanSymbologyNotSpecified, "-s"},
+        {options.bCheck, "--check"},
+        {options.bExplain, "--explain"},
+    };
     for (const auto& other : kOthers)
         if (other.bGiven)
             return std::string(other.pszOption) + " does not go with --test: each test gives its own scan and symbology";
