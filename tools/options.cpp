@@ -243,6 +243,7 @@ void PrintUsageAndOptions()
 {
     fputs("Usage: nrv-edit [OPTIONS] EXPRESSION [DATA...]\n"
           "       nrv-edit [OPTIONS] --rules FILE [DATA...]\n"
+          "       nrv-edit [OPTIONS] --test FILE\n"
           "Applies a data-editing expression to scans and prints one edited line per scan.\n"
           "Each DATA argument is one scan; without DATA, each line of standard input\n"
           "(or of -i FILE) is one scan, its newline not included.\n"
