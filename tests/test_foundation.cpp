@@ -116,6 +116,16 @@ TEST(ResultCodes, NameAndMeaningOfEveryCode)
         EXPECT_NE('\0', NrvResultCodeMeaning(row.nCode)[0]);
         EXPECT_EQ(NrvResultCodeMeaning(row.nCode), NrvDescribeCode(row.nCode));
     }
+    // NrvResultCodeAt walks the named codes, in the rows' order, and stops.
+    size_t nIndex = 0;
+    NRVRESULT nCode = 0;
+    for (const auto& row : rows) {
+        if (row.pszName != nullptr) {
+            ASSERT_TRUE(NrvResultCodeAt(nIndex++, &nCode));
+            EXPECT_EQ(nCode, row.nCode);
+        }
+    }
+    EXPECT_FALSE(NrvResultCodeAt(nIndex, &nCode));
 }
 
 // The same name in another case first, then the nearest within two edits,
