@@ -163,6 +163,19 @@ void CNrvJsonWriter::AppendNode(const TNrvExplainNode& node, std::string* pOut) 
     *pOut += '}';
 }
 
+void CNrvJsonWriter::AppendRule(size_t nRule, std::string_view name, std::string* pOut) const
+{
+    if (nRule == CNrvRuleSet::kNoRule) {
+        *pOut += "null";
+        return;
+    }
+    *pOut += "{\"index\":";
+    AppendSize(nRule + 1, pOut);
+    *pOut += ",\"name\":";
+    AppendText(name, pOut);
+    *pOut += '}';
+}
+
 void CNrvJsonWriter::AppendExplanation(const TNrvJsonScan& scan, const TNrvExplanation& explanation,
                                        std::string* pOut) const
 {
@@ -170,15 +183,7 @@ void CNrvJsonWriter::AppendExplanation(const TNrvJsonScan& scan, const TNrvExpla
     *pOut += std::to_string(scan.nScan);
     if (scan.bRuleSet) {
         *pOut += ",\"rule\":";
-        if (scan.nRule == CNrvRuleSet::kNoRule) {
-            *pOut += "null";
-        } else {
-            *pOut += "{\"index\":";
-            AppendSize(scan.nRule + 1, pOut);
-            *pOut += ",\"name\":";
-            AppendText(scan.ruleName, pOut);
-            *pOut += '}';
-        }
+        AppendRule(scan.nRule, scan.ruleName, pOut);
     }
     *pOut += ",\"code\":";
     AppendNumber(scan.nCode, pOut);

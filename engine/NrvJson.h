@@ -60,6 +60,9 @@ public:
     static void AppendUtf8(std::string_view text, std::string* pOut);
 
     void AppendParseOutcome(const TNrvDiagnostic& diagnostic, std::string* pOut) const;
+    // A rule of a set (nRule from 0) as {"index":I,"name":"..."}, I from 1;
+    // null for CNrvRuleSet::kNoRule.
+    void AppendRule(size_t nRule, std::string_view name, std::string* pOut) const;
     // The diagnostic as an object of its own.
     void AppendDiagnostic(const TNrvDiagnostic& diagnostic, std::string* pOut) const;
     void AppendExplanation(const TNrvJsonScan& scan, const TNrvExplanation& explanation, std::string* pOut) const;

@@ -11,6 +11,7 @@
 
 #include "NrvDiagnostics.h"
 #include "NrvGs1.h"
+#include "NrvRulesInternal.h"
 #include "NrvSettings.h"
 #include "NrvShownBytes.h"
 #include "NrvSuggest.h"
@@ -27,13 +28,15 @@ std::string Hint(std::string_view key)
     return pszKey != nullptr ? std::string(" (did you mean '") + pszKey + "'?)" : std::string();
 }
 
+}  // namespace
+
 // The trigger keys as messages name them.
-const TNrvSettingNames kRuleSettingNames = {
+const TNrvSettingNames kNrvRuleSettingNames = {
     {"'min-size'", "'max-size'", "'symbologies'", "'contains'", "'starts-with'", "'ends-with'", "'max-text'",
      "'max-work'"},
     "nrv-edit --help"};
 
-const char* TypeName(const toml::node& node)
+const char* NrvTomlTypeName(const toml::node& node)
 {
     switch (node.type()) {
     case toml::node_type::string: return "a string";
@@ -46,6 +49,8 @@ const char* TypeName(const toml::node& node)
     }
 }
 
+namespace {
+
 // Collects the errors of one text, each placed and with its line.
 class CRulesReader {
 public:
@@ -54,7 +59,7 @@ public:
     {
     }
 
-    bool Read(CNrvRuleSet* pSet);
+    bool Read(CNrvRuleSet* pSet, std::vector<TNrvRuleTest>* pTests);
 
 private:
     void Error(TNrvTextPosition position, size_t nWidth, std::string message);
@@ -112,7 +117,7 @@ void CRulesReader::Error(const toml::source_region& where, std::string message)
     Error({where.begin.line, where.begin.column}, nWidth, std::move(message));
 }
 
-bool CRulesReader::Read(CNrvRuleSet* pSet)
+bool CRulesReader::Read(CNrvRuleSet* pSet, std::vector<TNrvRuleTest>* pTests)
 {
     toml::table root;
     try {
@@ -124,15 +129,20 @@ bool CRulesReader::Read(CNrvRuleSet* pSet)
 
     CNrvRuleSet rules;
     const toml::array* pRules = nullptr;
+    const toml::node* pTestTables = nullptr;  // read once the rules they name are known
     for (auto&& [key, value] : root) {
+        if (key.str() == "test") {
+            pTestTables = &value;
+            continue;
+        }
         if (key.str() != "rule") {
             Error(key.source(), "unknown key '" + NrvShown(key.str(), kNrvBytesMessage) +
-                                    "': the file holds [[rule]] tables only");
+                                    "': the file holds [[rule]] and [[test]] tables only");
             continue;
         }
         pRules = value.as_array();
         if (pRules == nullptr)
-            Error(value.source(), std::string("'rule' must be tables written [[rule]], not ") + TypeName(value));
+            Error(value.source(), std::string("'rule' must be tables written [[rule]], not ") + NrvTomlTypeName(value));
     }
     if (pRules == nullptr && m_nErrors == 0)
         Error(TNrvTextPosition{1, 1}, 1, "no rule: write each one as a [[rule]] table");
@@ -143,11 +153,17 @@ bool CRulesReader::Read(CNrvRuleSet* pSet)
             if (const toml::table* pTable = element.as_table())
                 ReadRule(*pTable, label, &rules);
             else
-                Error(element.source(), label + " must be a table, not " + std::string(TypeName(element)));
+                Error(element.source(), label + " must be a table, not " + std::string(NrvTomlTypeName(element)));
         }
         if (nRule == 0)
             Error(pRules->source(), "no rule: the list of rules is empty");
     }
+    std::vector<TNrvRuleTest> tests;
+    if (pTestTables != nullptr)
+        NrvReadTestTables(
+            *pTestTables, pRules,
+            [this](const toml::source_region& where, std::string message) { Error(where, std::move(message)); },
+            &tests);
     // Tables list their keys in name order; people read files top down.
     std::stable_sort(m_pErrors->end() - static_cast<std::ptrdiff_t>(m_nErrors), m_pErrors->end(),
                      [](const TNrvRulesError& a, const TNrvRulesError& b) {
@@ -156,6 +172,8 @@ bool CRulesReader::Read(CNrvRuleSet* pSet)
     if (m_nErrors != 0)
         return false;
     *pSet = std::move(rules);
+    if (pTests != nullptr)
+        *pTests = std::move(tests);
     return true;
 }
 
@@ -179,27 +197,27 @@ bool CRulesReader::ReadSetting(ENrvSetting setting, const toml::node& value, con
 {
     if (setting == kNrvSettingSymbologies)
         return ReadSymbologies(value, label, pSettings);
-    const char* pszKey = kRuleSettingNames.apszSetting[setting];
+    const char* pszKey = kNrvRuleSettingNames.apszSetting[setting];
     TNrvSettingError error;
     bool bRead;
     if (setting == kNrvSettingMinimumSize || setting == kNrvSettingMaximumSize) {
         const std::optional<int64_t> nSize = value.value_exact<int64_t>();
         if (!nSize) {
             Error(value.source(), label + ": " + pszKey + " must be a byte count (an integer, 0 or more), not " +
-                                      TypeName(value));
+                                      NrvTomlTypeName(value));
             return false;
         }
         bRead = pSettings->SetSize(setting, *nSize, &error);
     } else {
         const std::optional<std::string> text = value.value_exact<std::string>();
         if (!text) {
-            Error(value.source(), label + ": " + pszKey + " must be a string, not " + TypeName(value));
+            Error(value.source(), label + ": " + pszKey + " must be a string, not " + NrvTomlTypeName(value));
             return false;
         }
         bRead = pSettings->ReadText(setting, *text, true, &error);
     }
     if (!bRead)
-        Error(value.source(), label + ": " + error.Describe(kRuleSettingNames));
+        Error(value.source(), label + ": " + error.Describe(kNrvRuleSettingNames));
     return bRead;
 }
 
@@ -208,7 +226,7 @@ bool CRulesReader::ReadSymbologies(const toml::node& value, const std::string& l
     const toml::array* pArray = value.as_array();
     if (pArray == nullptr) {
         Error(value.source(), label + ": 'symbologies' must be an array such as [\"Code128\", \"QRCode\"], not " +
-                                  TypeName(value));
+                                  NrvTomlTypeName(value));
         return false;
     }
     const size_t nErrorsBefore = m_nErrors;
@@ -222,11 +240,11 @@ bool CRulesReader::ReadSymbologies(const toml::node& value, const std::string& l
         } else if (const std::optional<int64_t> nId = element.value_exact<int64_t>()) {
             bRead = pSettings->AddSymbology(*nId, &error);
         } else {
-            Error(element.source(), label + ": a symbology is a name or a number, not " + TypeName(element));
+            Error(element.source(), label + ": a symbology is a name or a number, not " + NrvTomlTypeName(element));
             continue;
         }
         if (!bRead)
-            Error(element.source(), label + ": " + error.Describe(kRuleSettingNames));
+            Error(element.source(), label + ": " + error.Describe(kNrvRuleSettingNames));
     }
     return m_nErrors == nErrorsBefore;
 }
@@ -237,7 +255,7 @@ bool CRulesReader::ReadGs1Key(const std::string& key, const toml::node& value, c
     if (key == "gs1" || key == "seed-only") {
         const std::optional<bool> bValue = value.value_exact<bool>();
         if (!bValue)
-            Error(value.source(), label + ": '" + key + "' must be true or false, not " + TypeName(value));
+            Error(value.source(), label + ": '" + key + "' must be true or false, not " + NrvTomlTypeName(value));
         else if (key == "seed-only")
             pRule->settings.SetCommandSets(*bValue ? kNrvCommandSetSeed : m_nCommandSets);
         else
@@ -251,14 +269,14 @@ bool CRulesReader::ReadGs1Key(const std::string& key, const toml::node& value, c
     const toml::array* pArray = value.as_array();
     if (pArray == nullptr || pArray->empty()) {
         Error(value.source(), label + ": 'ai' must be a list of AIs such as [\"17\", \"10\"], not " +
-                                  (pArray != nullptr ? std::string("an empty one") : TypeName(value)));
+                                  (pArray != nullptr ? std::string("an empty one") : NrvTomlTypeName(value)));
         return true;
     }
     for (const toml::node& element : *pArray) {
         const std::optional<std::string> ai = element.value_exact<std::string>();
         if (!ai)
             Error(element.source(), label + ": an AI is written as a string of digits such as \"01\", not " +
-                                        TypeName(element));
+                                        NrvTomlTypeName(element));
         else if (NrvGs1LookupAi(ai->data(), ai->size()) == nullptr)
             Error(element.source(), label + ": no AI " + NrvShown(*ai, kNrvBytesMessage) + " exists in GS1's table");
         else
@@ -285,7 +303,7 @@ void CRulesReader::ReadKey(const toml::key& written, const toml::node& value, co
     }
     const std::optional<std::string> text = value.value_exact<std::string>();
     if (!text) {
-        Error(value.source(), label + ": '" + key + "' must be a string, not " + TypeName(value));
+        Error(value.source(), label + ": '" + key + "' must be a string, not " + NrvTomlTypeName(value));
     } else if (key == "name") {
         pRule->name = *text;
     } else {
@@ -311,7 +329,7 @@ void CRulesReader::ReadRule(const toml::table& table, const std::string& label, 
     for (const TNrvSettingError& error : contradictions) {
         const toml::node* pWhere = rule.apSetting[error.setting];
         Error(pWhere != nullptr ? pWhere->source() : table.source(),
-              label + " can never match: " + error.Describe(kRuleSettingNames));
+              label + " can never match: " + error.Describe(kNrvRuleSettingNames));
     }
 
     if (table.find("expression") == table.end())
@@ -369,13 +387,25 @@ void CRulesReader::ExpressionError(const toml::node& value, const std::string& e
 bool NrvReadRules(const char* pText, size_t nLength, CNrvRuleSet* pSet, std::vector<TNrvRulesError>* pErrors,
                   unsigned nCommandSets)
 {
+    return NrvReadRules(pText, nLength, pSet, nullptr, pErrors, nCommandSets);
+}
+
+bool NrvReadRules(const char* pText, size_t nLength, CNrvRuleSet* pSet, std::vector<TNrvRuleTest>* pTests,
+                  std::vector<TNrvRulesError>* pErrors, unsigned nCommandSets)
+{
     CRulesReader reader(std::string_view(pText != nullptr ? pText : "", pText != nullptr ? nLength : 0), pErrors,
                         nCommandSets & kNrvCommandSetsAll);
-    return reader.Read(pSet);
+    return reader.Read(pSet, pTests);
 }
 
 bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRulesError>* pErrors,
                       unsigned nCommandSets)
+{
+    return NrvReadRulesFile(pszPath, pSet, nullptr, pErrors, nCommandSets);
+}
+
+bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRuleTest>* pTests,
+                      std::vector<TNrvRulesError>* pErrors, unsigned nCommandSets)
 {
     std::string text;
     FILE* pFile = fopen(pszPath, "rb");
@@ -398,7 +428,7 @@ bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRu
         pErrors->push_back(std::move(error));
         return false;
     }
-    return NrvReadRules(text.data(), text.size(), pSet, pErrors, nCommandSets);
+    return NrvReadRules(text.data(), text.size(), pSet, pTests, pErrors, nCommandSets);
 }
 
 std::string NrvFormatRulesError(const char* pszFileName, const TNrvRulesError& error)

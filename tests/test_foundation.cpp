@@ -95,6 +95,7 @@ TEST(ResultCodes, NameAndMeaningOfEveryCode)
         {NRV_ERR_TEXT_LIMIT, "NRV_ERR_TEXT_LIMIT"},
         {NRV_ERR_WORK_LIMIT, "NRV_ERR_WORK_LIMIT"},
         {NRV_ERR_TEXT_TOO_LONG, "NRV_ERR_TEXT_TOO_LONG"},
+        {NRV_ERR_GS1_INVALID, "NRV_ERR_GS1_INVALID"},
         {NRV_ERR_UNKNOWN_COMMAND, "NRV_ERR_UNKNOWN_COMMAND"},
         {NRV_ERR_PARAMETER_COUNT, "NRV_ERR_PARAMETER_COUNT"},
         {-1, nullptr},
@@ -116,6 +117,16 @@ TEST(ResultCodes, NameAndMeaningOfEveryCode)
         EXPECT_NE('\0', NrvResultCodeMeaning(row.nCode)[0]);
         EXPECT_EQ(NrvResultCodeMeaning(row.nCode), NrvDescribeCode(row.nCode));
     }
+    // NrvResultCodeAt walks the named codes, in the rows' order, and stops.
+    size_t nIndex = 0;
+    NRVRESULT nCode = 0;
+    for (const auto& row : rows) {
+        if (row.pszName != nullptr) {
+            ASSERT_TRUE(NrvResultCodeAt(nIndex++, &nCode));
+            EXPECT_EQ(nCode, row.nCode);
+        }
+    }
+    EXPECT_FALSE(NrvResultCodeAt(nIndex, &nCode));
 }
 
 // The same name in another case first, then the nearest within two edits,

@@ -49,6 +49,14 @@ const char* NrvResultCodeMeaning(NRVRESULT nCode)
     return pCode != nullptr ? pCode->pszMeaning : nullptr;
 }
 
+bool NrvResultCodeAt(size_t nIndex, NRVRESULT* pnCode)
+{
+    if (nIndex >= sizeof kCodes / sizeof kCodes[0])
+        return false;
+    *pnCode = kCodes[nIndex].value;
+    return true;
+}
+
 std::string NrvDescribeCode(NRVRESULT nCode)
 {
     const char* pszMeaning = NrvResultCodeMeaning(nCode);
