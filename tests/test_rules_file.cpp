@@ -140,42 +140,6 @@ TEST(RulesFile, EveryErrorAtItsLineAndColumn)
     }
 }
 
-// The GS1 keys: a rule's condition on the scan's GS1 content, and the
-// command sets its profile knows (all of them unless seed-only says no, or
-// the reader is told to keep the seed commands).
-TEST(RulesFile, Gs1ConditionsAndTheSeedOnlyKey)
-{
-    const std::string text = "[[rule]]\nname = 'lot'\nai = ['17', '10']\nexpression = '{GS1Element({DecodedData()},10)}'\n"
-                             "[[rule]]\nname = 'invalid'\ngs1 = false\nseed-only = true\nexpression = 'bad:{DecodedData()}'\n"
-                             "[[rule]]\ngs1 = true\nexpression = '{GS1HumanReadable({DecodedData()})}'\n";
-    CNrvRuleSet set;
-    std::vector<TNrvRulesError> errors;
-    ASSERT_TRUE(Read(text, &set, &errors)) << (errors.empty() ? "" : NrvFormatRulesError("f", errors[0]));
-    EXPECT_EQ(set.GetRuleProfile(0)->GetCommandSets(), static_cast<unsigned>(kNrvCommandSetsAll));
-    EXPECT_EQ(set.GetRuleProfile(1)->GetCommandSets(), static_cast<unsigned>(kNrvCommandSetSeed));
-    const struct {
-        std::string scan;
-        size_t nRule;
-        std::string text;
-    } rows[] = {
-        {"0109501101530003" "17141120" "10LOT9", 0, "LOT9"},
-        {"0109501101530003" "10LOT9", 2, "(01)09501101530003(10)LOT9"},  // no 17: the next rule
-        {"0109501101530004" "17141120" "10LOT9", 1, "bad:0109501101530004" "17141120" "10LOT9"},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.scan);
-        size_t nRule = 0;
-        EXPECT_EQ(EditWith(set, row.scan, kNrvScanSymbologyCode128, &nRule), row.text);
-        EXPECT_EQ(nRule, row.nRule);
-    }
-    // Told to keep the seed commands, the reader refuses the GS1 commands.
-    errors.clear();
-    EXPECT_FALSE(NrvReadRules(text.data(), text.size(), &set, &errors, kNrvCommandSetSeed));
-    ASSERT_EQ(errors.size(), 2u);
-    EXPECT_EQ(errors[0].nLine, 4u);
-    EXPECT_EQ(errors[1].nLine, 12u);
-}
-
 // An expression that does not parse is reported at its culprit: the column
 // where the expression starts in the file plus the culprit's offset in it
 // (these expressions are ASCII on one line), underlined over its length.

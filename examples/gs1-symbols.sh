@@ -1,10 +1,11 @@
 #!/bin/sh
-# GS1 symbols as a real scanner reads them: zint makes GS1-128, GS1
-# DataMatrix and GS1 QR Code images of element strings, ZXingReader decodes
+# GS1 symbols as a real scanner reads them, an example run as a check: zint
+# makes GS1-128, GS1 DataMatrix and GS1 QR Code images of element strings,
+# ZXingReader decodes
 # each image to its symbology identifier and bytes (0x1D where FNC1 ends a
 # variable-length element), and nrv-edit must give back the element strings
 # that went in: the human-readable form, and each element's data through
-# GS1Element. Usage: gs1-symbols-test.sh NRV-EDIT (zint and ZXingReader on
+# GS1Element. Usage: examples/gs1-symbols.sh NRV-EDIT (zint and ZXingReader on
 # the PATH; Debian: apt-get install zint zxing-cpp-tools).
 set -u
 
