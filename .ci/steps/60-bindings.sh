@@ -2,7 +2,8 @@
 # The C interface built shared (only its calls exported) with its C tests
 # against it; the Python package with Debian's /usr/bin/python3: its tests
 # under CTest, then installed by `cmake --install`, then as a wheel made by
-# `pip wheel --no-build-isolation .`, each tested with pytest.
+# `pip wheel --no-build-isolation .`, each tested with pytest; the README's
+# Python example and examples/edit_scans.py with the wheel.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 src=$PWD
@@ -56,3 +57,16 @@ echo "-- pip wheel --no-build-isolation ."
   { cat "$work/wheel.log" >&2; exit 1; }
 "$python" -m pip install --no-deps --target "$work/wheel-site" "$work"/wheel/nrvdataedit-*.whl >/dev/null
 pytest_against "$work/wheel-site"
+
+echo "-- the README's Python example and examples/edit_scans.py, with the wheel"
+awk '/^```python$/ { on = 1; next } on && /^```$/ { exit } on' README.md >"$work/readme.py"
+PYTHONPATH="$work/wheel-site" "$python" "$work/readme.py" >"$work/readme.out"
+out=$(head -n 3 "$work/readme.out")
+[ "$out" = "$(printf "b'Code: 1234'\nb'XY5678'\n[b'Code: 1', b'Code: 22', b'Code: 333']")" ] ||
+  { echo "the README's Python example printed '$out'" >&2; exit 1; }
+status=0
+out=$(printf 'AB1234\r\nXY\nA\n' | PYTHONPATH="$work/wheel-site" "$python" examples/edit_scans.py \
+        '[{TruncateFromBeginning({DecodedDataWithoutTrailer()},2)}]' starts_with=A 2>"$work/stderr") || status=$?
+[ "$out" = "$(printf '[1234]\nXY\nA')" ] && [ $status = 1 ] &&
+  grep -q '^edit_scans.py: scan 3: TruncateFromBeginning: ' "$work/stderr" ||
+  { echo "examples/edit_scans.py printed '$out' (status $status)" >&2; cat "$work/stderr" >&2; exit 1; }
