@@ -180,6 +180,8 @@ struct TNrvProfile : CEditor {
                                                   NRVRESULT* pnParse) const
     {
         std::unique_ptr<CNrvDataEditingProfile> pNew(new CNrvDataEditingProfile);
+        // Command sets beyond the eighteen that a host enables (GS1's) are
+        // to be switched on here, before the parse, kept with the settings.
         *pnParse = pExpression != nullptr ? pNew->Parse(pExpression->c_str()) : NRV_OK;
         newSettings.Apply(pNew.get());
         return pNew;
@@ -439,6 +441,38 @@ bool ReadSettings(const char* const* ppszNames, const char* const* ppszValues, s
     return false;
 }
 
+#ifdef NRV_C_HAVE_RULES
+// Replaces the set's rules with those read, or says why none were.
+template <class TRead>
+NRVRESULT ReadRules(TNrvRuleSet* pRuleSet, const char* pszName, TNrvErrorInfo* pInfo, TRead&& read)
+{
+    return Guarded([&] {
+        CNrvRuleSet rules;
+        std::vector<TNrvRulesError> errors;
+        if (!read(&rules, &errors)) {
+            pRuleSet->m_Error.SetRulesErrors(errors, pszName);
+            pRuleSet->m_Error.Fill(pInfo, NRV_ERR_RULES_FILE);
+            return NRV_ERR_RULES_FILE;
+        }
+        pRuleSet->rules = std::move(rules);
+        pRuleSet->m_Error.Clear();
+        pRuleSet->m_Error.Fill(pInfo, NRV_OK);
+        return NRV_OK;
+    });
+}
+#else
+// Built without the TOML reader: every rules file and text is refused.
+NRVRESULT ReadNoRules(TNrvRuleSet* pRuleSet, TNrvErrorInfo* pInfo)
+{
+    return Guarded([&] {
+        pRuleSet->m_Error.SetMessage("rules files cannot be read: this library was built without the TOML reader "
+                                     "(toml++)");
+        pRuleSet->m_Error.Fill(pInfo, NRV_ERR_RULES_FILE);
+        return NRV_ERR_RULES_FILE;
+    });
+}
+#endif
+
 }  // namespace
 }  // namespace nrv_c
 
@@ -602,27 +636,15 @@ NRVRESULT NrvRuleSetReadText(TNrvRuleSet* pRuleSet, const char* pText, size_t nL
 {
     if (pRuleSet == nullptr || (pText == nullptr && nLength != 0))
         return NRV_ERR_INVALID_PARAMETER;
-    return Guarded([&] {
 #ifdef NRV_C_HAVE_RULES
-        CNrvRuleSet rules;
-        std::vector<TNrvRulesError> errors;
-        if (!NrvReadRules(pText, nLength, &rules, &errors)) {
-            pRuleSet->m_Error.SetRulesErrors(errors, pszName != nullptr ? pszName : "rules");
-            pRuleSet->m_Error.Fill(pInfo, NRV_ERR_RULES_FILE);
-            return NRV_ERR_RULES_FILE;
-        }
-        pRuleSet->rules = std::move(rules);
-        pRuleSet->m_Error.Clear();
-        pRuleSet->m_Error.Fill(pInfo, NRV_OK);
-        return NRV_OK;
+    return ReadRules(pRuleSet, pszName != nullptr ? pszName : "rules", pInfo,
+                     [&](CNrvRuleSet* pRules, std::vector<TNrvRulesError>* pErrors) {
+                         return NrvReadRules(pText, nLength, pRules, pErrors);
+                     });
 #else
-        (void)pszName;
-        pRuleSet->m_Error.SetMessage("rules files cannot be read: this library was built without the TOML reader "
-                                     "(toml++)");
-        pRuleSet->m_Error.Fill(pInfo, NRV_ERR_RULES_FILE);
-        return NRV_ERR_RULES_FILE;
+    (void)pszName;
+    return ReadNoRules(pRuleSet, pInfo);
 #endif
-    });
 }
 
 NRVRESULT NrvRuleSetReadFile(TNrvRuleSet* pRuleSet, const char* pszPath, TNrvErrorInfo* pInfo)
@@ -630,21 +652,11 @@ NRVRESULT NrvRuleSetReadFile(TNrvRuleSet* pRuleSet, const char* pszPath, TNrvErr
     if (pRuleSet == nullptr || pszPath == nullptr)
         return NRV_ERR_INVALID_PARAMETER;
 #ifdef NRV_C_HAVE_RULES
-    return Guarded([&] {
-        CNrvRuleSet rules;
-        std::vector<TNrvRulesError> errors;
-        if (!NrvReadRulesFile(pszPath, &rules, &errors)) {
-            pRuleSet->m_Error.SetRulesErrors(errors, pszPath);
-            pRuleSet->m_Error.Fill(pInfo, NRV_ERR_RULES_FILE);
-            return NRV_ERR_RULES_FILE;
-        }
-        pRuleSet->rules = std::move(rules);
-        pRuleSet->m_Error.Clear();
-        pRuleSet->m_Error.Fill(pInfo, NRV_OK);
-        return NRV_OK;
+    return ReadRules(pRuleSet, pszPath, pInfo, [&](CNrvRuleSet* pRules, std::vector<TNrvRulesError>* pErrors) {
+        return NrvReadRulesFile(pszPath, pRules, pErrors);
     });
 #else
-    return NrvRuleSetReadText(pRuleSet, "", 0, pszPath, pInfo);
+    return ReadNoRules(pRuleSet, pInfo);
 #endif
 }
 

@@ -279,7 +279,7 @@ class Profile:
         text = _bytes_of(expression)
         if b"\0" in text:
             raise ValueError("an expression cannot hold a zero byte")
-        self._handle = _native.new_profile()
+        self._handle = _native.new_handle(False)
         info = _native.parse(self._handle, text)
         if info[0] < 0:
             raise ParseError(info)
@@ -353,7 +353,7 @@ class RuleSet:
     tried. Make one with :meth:`from_file` or :meth:`from_text`."""
 
     def __init__(self) -> None:
-        self._handle = _native.new_rule_set()
+        self._handle = _native.new_handle(True)
         self._rules: List[Rule] = []
 
     @classmethod

@@ -73,31 +73,24 @@ static PyObject* InfoTuple(const TNrvErrorInfo* info)
                          Text(info->pszReport));
 }
 
-static PyObject* NewProfile(PyObject* module, PyObject* args)
+/* new_handle(rule set: bool) -> a new profile or rule set */
+static PyObject* NewHandle(PyObject* module, PyObject* args)
 {
     (void)module;
-    (void)args;
+    int ruleSet;
+    if (!PyArg_ParseTuple(args, "p", &ruleSet))
+        return NULL;
     TNrvProfile* profile = NULL;
-    const NRVRESULT result = NrvProfileNew(&profile);
-    if (result < 0)
-        return CallFailed(result);
-    PyObject* capsule = PyCapsule_New(profile, kProfile, FreeProfile);
-    if (capsule == NULL)
-        NrvProfileFree(profile);
-    return capsule;
-}
-
-static PyObject* NewRuleSet(PyObject* module, PyObject* args)
-{
-    (void)module;
-    (void)args;
     TNrvRuleSet* rules = NULL;
-    const NRVRESULT result = NrvRuleSetNew(&rules);
+    const NRVRESULT result = ruleSet ? NrvRuleSetNew(&rules) : NrvProfileNew(&profile);
     if (result < 0)
         return CallFailed(result);
-    PyObject* capsule = PyCapsule_New(rules, kRuleSet, FreeRuleSet);
-    if (capsule == NULL)
+    PyObject* capsule =
+        ruleSet ? PyCapsule_New(rules, kRuleSet, FreeRuleSet) : PyCapsule_New(profile, kProfile, FreeProfile);
+    if (capsule == NULL) {
+        NrvProfileFree(profile);
         NrvRuleSetFree(rules);
+    }
     return capsule;
 }
 
@@ -340,10 +333,10 @@ done:
     return answer;
 }
 
-/* describe_failure(handle, scan, symbology) -> info */
-static PyObject* DescribeFailure(PyObject* module, PyObject* args)
+/* Why the edit of a scan fails (info), or the explanation of its edit
+   (the JSON text), from the arguments (handle, scan, symbology). */
+static PyObject* Examine(PyObject* args, int explain)
 {
-    (void)module;
     PyObject* capsule;
     Py_buffer scan;
     int symbology;
@@ -353,39 +346,38 @@ static PyObject* DescribeFailure(PyObject* module, PyObject* args)
         return NULL;
     PyObject* answer = NULL;
     if (Handle(capsule, &profile, &rules)) {
+        const char* data = scan.buf;
+        const size_t length = (size_t)scan.len;
         TNrvErrorInfo info;
-        const NRVRESULT result =
-            profile != NULL ? NrvProfileDescribeFailure(profile, scan.buf, (size_t)scan.len, symbology, &info)
-                            : NrvRuleSetDescribeFailure(rules, scan.buf, (size_t)scan.len, symbology, &info);
-        answer = result < 0 ? CallFailed(result) : InfoTuple(&info);
+        char* json = NULL;
+        size_t jsonLength = 0;
+        NRVRESULT result;
+        if (explain)
+            result = profile != NULL ? NrvProfileExplain(profile, data, length, symbology, &json, &jsonLength)
+                                     : NrvRuleSetExplain(rules, data, length, symbology, &json, &jsonLength);
+        else
+            result = profile != NULL ? NrvProfileDescribeFailure(profile, data, length, symbology, &info)
+                                     : NrvRuleSetDescribeFailure(rules, data, length, symbology, &info);
+        if (result < 0)
+            answer = CallFailed(result);
+        else
+            answer = explain ? PyUnicode_DecodeASCII(json, (Py_ssize_t)jsonLength, "strict") : InfoTuple(&info);
+        NrvFree(json);
     }
     PyBuffer_Release(&scan);
     return answer;
 }
 
-/* explain(handle, scan, symbology) -> the JSON text */
+static PyObject* DescribeFailure(PyObject* module, PyObject* args)
+{
+    (void)module;
+    return Examine(args, 0);
+}
+
 static PyObject* Explain(PyObject* module, PyObject* args)
 {
     (void)module;
-    PyObject* capsule;
-    Py_buffer scan;
-    int symbology;
-    TNrvProfile* profile;
-    TNrvRuleSet* rules;
-    if (!PyArg_ParseTuple(args, "Oy*i", &capsule, &scan, &symbology))
-        return NULL;
-    PyObject* answer = NULL;
-    if (Handle(capsule, &profile, &rules)) {
-        char* json = NULL;
-        size_t length = 0;
-        const NRVRESULT result =
-            profile != NULL ? NrvProfileExplain(profile, scan.buf, (size_t)scan.len, symbology, &json, &length)
-                            : NrvRuleSetExplain(rules, scan.buf, (size_t)scan.len, symbology, &json, &length);
-        answer = result < 0 ? CallFailed(result) : PyUnicode_DecodeASCII(json, (Py_ssize_t)length, "strict");
-        NrvFree(json);
-    }
-    PyBuffer_Release(&scan);
-    return answer;
+    return Examine(args, 1);
 }
 
 /* symbology(name: str) -> its number, or -1 */
@@ -424,8 +416,7 @@ static PyObject* Version(PyObject* module, PyObject* args)
 }
 
 static PyMethodDef kMethods[] = {
-    {"new_profile", NewProfile, METH_NOARGS, "A new profile handle."},
-    {"new_rule_set", NewRuleSet, METH_NOARGS, "A new rule-set handle."},
+    {"new_handle", NewHandle, METH_VARARGS, "A new rule set (True) or profile (False)."},
     {"parse", Parse, METH_VARARGS, "Parses an expression into a profile; the error information."},
     {"set_settings", SetSettings, METH_VARARGS, "Replaces a profile's triggers and limits; the error information."},
     {"read_rules", ReadRules, METH_VARARGS, "Reads a rules text into a rule set; the error information."},
