@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "NrvCommandTable.h"
 #include "NrvDataEditingProfile.h"
 #include "NrvDiagnostics.h"
 #include "NrvEscapes.h"
@@ -24,6 +25,8 @@
 #ifdef NRV_C_HAVE_RULES
 #include "NrvRulesFile.h"
 #endif
+
+static_assert(NRV_COMMAND_SET_GS1 == kNrvCommandSetGs1, "the C interface's set bits are the library's");
 
 namespace nrv_c {
 
@@ -155,6 +158,7 @@ public:
     // null when no expression ran.
     virtual const char* Expression(size_t nRule) const = 0;
     virtual TNrvLimits Limits(size_t nRule) const = 0;
+    virtual unsigned CommandSets(size_t nRule) const = 0;
     // For a rule set: "rule 2 (Part numbers)"; false for a profile.
     virtual bool RuleLabel(size_t nRule, std::string* pLabel) const = 0;
 
@@ -176,14 +180,13 @@ struct TNrvProfile : CEditor {
     std::string expression;
     CNrvSettings settings;
 
+    // The settings first: they hold the command sets the parse knows.
     std::unique_ptr<CNrvDataEditingProfile> Build(const std::string* pExpression, const CNrvSettings& newSettings,
                                                   NRVRESULT* pnParse) const
     {
         std::unique_ptr<CNrvDataEditingProfile> pNew(new CNrvDataEditingProfile);
-        // Command sets beyond the eighteen that a host enables (GS1's) are
-        // to be switched on here, before the parse, kept with the settings.
-        *pnParse = pExpression != nullptr ? pNew->Parse(pExpression->c_str()) : NRV_OK;
         newSettings.Apply(pNew.get());
+        *pnParse = pExpression != nullptr ? pNew->Parse(pExpression->c_str()) : NRV_OK;
         return pNew;
     }
     const std::string* Current() const { return bParsed ? &expression : nullptr; }
@@ -195,6 +198,7 @@ struct TNrvProfile : CEditor {
     }
     const char* Expression(size_t) const override { return bParsed ? expression.c_str() : nullptr; }
     TNrvLimits Limits(size_t) const override { return settings.Limits(); }
+    unsigned CommandSets(size_t) const override { return settings.CommandSets(); }
     bool RuleLabel(size_t, std::string*) const override { return false; }
 };
 
@@ -205,6 +209,10 @@ struct TNrvRuleSet : CEditor {
     const char* Expression(size_t nRule) const override { return rules.GetRuleExpression(nRule); }
     // Every rule edits under the defaults: the rules reader gives none other.
     TNrvLimits Limits(size_t) const override { return CNrvSettings().Limits(); }
+    unsigned CommandSets(size_t nRule) const override
+    {
+        return nRule < rules.GetRuleCount() ? rules.GetRuleProfile(nRule)->GetCommandSets() : 0;
+    }
     bool RuleLabel(size_t nRule, std::string* pLabel) const override
     {
         if (nRule >= rules.GetRuleCount())
@@ -337,7 +345,8 @@ NRVRESULT DescribeFailure(CEditor* pEditor, const char* pData, size_t nLength, i
         TNrvDiagnostic failure;
         failure.nCode = result;
         if (result < 0 && pszExpression != nullptr)
-            failure = NrvExplainFailure(pszExpression, pData, nLength, pEditor->Limits(nRule));
+            failure = NrvExplainFailure(pszExpression, pData, nLength, pEditor->Limits(nRule),
+                                        pEditor->CommandSets(nRule));
         std::string label;
         pEditor->RuleLabel(nRule, &label);
         if (result < 0)
@@ -373,7 +382,8 @@ NRVRESULT Explain(CEditor* pEditor, const char* pData, size_t nLength, int nSymb
         // A scan the triggers left alone has no nodes: nothing ran.
         const char* pszExpression = pEditor->Expression(nRule);
         const TNrvExplanation explanation = scan.nCode != NRV_OK_NOT_TRIGGERED && pszExpression != nullptr
-                                                ? NrvExplain(pszExpression, pData, nLength, pEditor->Limits(nRule))
+                                                ? NrvExplain(pszExpression, pData, nLength, pEditor->Limits(nRule),
+                                                             pEditor->CommandSets(nRule))
                                                 : TNrvExplanation();
         std::string json;
         CNrvJsonWriter().AppendExplanation(scan, explanation, &json);
@@ -524,6 +534,7 @@ NRVRESULT NrvProfileNew(TNrvProfile** ppProfile)
     return Guarded([&] {
         std::unique_ptr<TNrvProfile> pNew(new TNrvProfile);
         NRVRESULT nParse = NRV_OK;
+        pNew->settings.SetCommandSets(kNrvCommandSetSeed);  // the eighteen, until the host enables more
         pNew->pProfile = pNew->Build(nullptr, pNew->settings, &nParse);
         *ppProfile = pNew.release();
         return NRV_OK;
@@ -545,7 +556,8 @@ NRVRESULT NrvProfileParse(TNrvProfile* pProfile, const char* pszExpression, TNrv
         std::unique_ptr<CNrvDataEditingProfile> pNew = pProfile->Build(&expression, pProfile->settings, &result);
         // Asked only now: the diagnosis parses the expression once more.
         if (result < 0)
-            pProfile->m_Error.SetDiagnostic(NrvDiagnoseParse(pszExpression), pszExpression, NRV_NO_RULE,
+            pProfile->m_Error.SetDiagnostic(NrvDiagnoseParse(pszExpression, pProfile->settings.CommandSets()),
+                                            pszExpression, NRV_NO_RULE,
                                             std::string());
         else
             pProfile->m_Error.Clear();
@@ -568,6 +580,7 @@ NRVRESULT NrvProfileSetSettings(TNrvProfile* pProfile, const char* const* ppszNa
     }
     return Guarded([&] {
         CNrvSettings settings;
+        settings.SetCommandSets(pProfile->settings.CommandSets());
         std::string problem;
         if (!ReadSettings(ppszNames, ppszValues, nCount, &settings, &problem)) {
             pProfile->m_Error.SetMessage(std::move(problem));
@@ -581,6 +594,27 @@ NRVRESULT NrvProfileSetSettings(TNrvProfile* pProfile, const char* const* ppszNa
         pProfile->m_Error.Clear();
         pProfile->m_Error.Fill(pInfo, NRV_OK);
         return NRV_OK;
+    });
+}
+
+NRVRESULT NrvProfileEnableCommandSets(TNrvProfile* pProfile, unsigned nSets, TNrvErrorInfo* pInfo)
+{
+    if (pProfile == nullptr || (nSets & ~static_cast<unsigned>(kNrvCommandSetsAll)) != 0)
+        return NRV_ERR_INVALID_PARAMETER;
+    return Guarded([&] {
+        CNrvSettings settings = pProfile->settings;
+        settings.SetCommandSets(nSets);
+        NRVRESULT result = NRV_OK;
+        std::unique_ptr<CNrvDataEditingProfile> pNew = pProfile->Build(pProfile->Current(), settings, &result);
+        if (result < 0)
+            pProfile->m_Error.SetDiagnostic(NrvDiagnoseParse(pProfile->expression.c_str(), nSets),
+                                            pProfile->expression.c_str(), NRV_NO_RULE, std::string());
+        else
+            pProfile->m_Error.Clear();
+        pProfile->pProfile = std::move(pNew);
+        pProfile->settings = std::move(settings);
+        pProfile->m_Error.Fill(pInfo, result);
+        return result;
     });
 }
 

@@ -110,8 +110,9 @@ void NrvFree(void* pBuffer);
 /* ---- Profiles ------------------------------------------------------- */
 
 /* A new profile without an expression, which leaves every scan as it is
-   until NrvProfileParse gives it one, and with the default limits (see
-   NrvProfileSetSettings). */
+   until NrvProfileParse gives it one, with the default limits (see
+   NrvProfileSetSettings) and the eighteen seed commands only (see
+   NrvProfileEnableCommandSets). */
 NRVRESULT NrvProfileNew(TNrvProfile** ppProfile);
 void NrvProfileFree(TNrvProfile* pProfile);
 
@@ -148,6 +149,18 @@ NRVRESULT NrvProfileParse(TNrvProfile* pProfile, const char* pszExpression, TNrv
  */
 NRVRESULT NrvProfileSetSettings(TNrvProfile* pProfile, const char* const* ppszNames, const char* const* ppszValues,
                                 size_t nCount, TNrvErrorInfo* pInfo);
+
+/* The command sets beyond the eighteen seed commands that every profile
+   knows, which a host enables on a profile. */
+#define NRV_COMMAND_SET_GS1 1u /* GS1Element, GS1HumanReadable */
+
+/* Replaces the command sets the profile knows besides the eighteen (0, the
+   default: none; or NRV_COMMAND_SET_GS1) and parses its expression again
+   under them, returning that parse's code (pInfo, may be null, says why it
+   fails). NRV_ERR_INVALID_PARAMETER for a bit that is no set, the profile
+   unchanged. Rule sets take theirs from the rules file, as nrv-edit --rules
+   does: every set, unless a rule says seed-only = true. */
+NRVRESULT NrvProfileEnableCommandSets(TNrvProfile* pProfile, unsigned nSets, TNrvErrorInfo* pInfo);
 
 /*
  * Edits one scan (nLength bytes of pData, of the symbology nSymbology, a

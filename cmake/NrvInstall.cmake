@@ -77,7 +77,7 @@ if(TARGET nrvrules)
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development
     INCLUDES DESTINATION ${NRV_INSTALL_INCLUDEDIR}
   )
-  install(FILES "${PROJECT_SOURCE_DIR}/rules/NrvRulesFile.h"
+  install(FILES "${PROJECT_SOURCE_DIR}/rules/NrvRulesFile.h" "${PROJECT_SOURCE_DIR}/rules/NrvRuleTests.h"
     DESTINATION ${NRV_INSTALL_INCLUDEDIR}
     COMPONENT Development
   )

@@ -146,7 +146,34 @@ void CNrvJsonWriter::AppendNode(const TNrvExplainNode& node, std::string* pOut) 
             *pOut += ',';
         AppendNode(node.params[i], pOut);
     }
-    *pOut += "]}";
+    *pOut += ']';
+    if (!node.gs1.empty() || node.bGs1More) {
+        *pOut += ",\"gs1\":[";
+        for (size_t i = 0; i < node.gs1.size(); ++i) {
+            *pOut += i != 0 ? ",{\"ai\":" : "{\"ai\":";
+            AppendUtf8(node.gs1[i].ai, pOut);
+            *pOut += ",\"title\":";
+            AppendUtf8(node.gs1[i].pszTitle, pOut);
+            *pOut += ",\"data\":";
+            AppendBytes(node.gs1[i].data, pOut);
+            *pOut += '}';
+        }
+        *pOut += node.bGs1More ? "],\"gs1More\":true" : "]";
+    }
+    *pOut += '}';
+}
+
+void CNrvJsonWriter::AppendRule(size_t nRule, std::string_view name, std::string* pOut) const
+{
+    if (nRule == CNrvRuleSet::kNoRule) {
+        *pOut += "null";
+        return;
+    }
+    *pOut += "{\"index\":";
+    AppendSize(nRule + 1, pOut);
+    *pOut += ",\"name\":";
+    AppendText(name, pOut);
+    *pOut += '}';
 }
 
 void CNrvJsonWriter::AppendExplanation(const TNrvJsonScan& scan, const TNrvExplanation& explanation,
@@ -156,15 +183,7 @@ void CNrvJsonWriter::AppendExplanation(const TNrvJsonScan& scan, const TNrvExpla
     *pOut += std::to_string(scan.nScan);
     if (scan.bRuleSet) {
         *pOut += ",\"rule\":";
-        if (scan.nRule == CNrvRuleSet::kNoRule) {
-            *pOut += "null";
-        } else {
-            *pOut += "{\"index\":";
-            AppendSize(scan.nRule + 1, pOut);
-            *pOut += ",\"name\":";
-            AppendText(scan.ruleName, pOut);
-            *pOut += '}';
-        }
+        AppendRule(scan.nRule, scan.ruleName, pOut);
     }
     *pOut += ",\"code\":";
     AppendNumber(scan.nCode, pOut);

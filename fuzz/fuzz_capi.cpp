@@ -150,12 +150,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     // The model: the same expression in a C++ profile under the default
     // limits, while the C profile's settings are untouched.
     CNrvDataEditingProfile model;
-    CNrvSettings().Apply(&model);
+    CNrvSettings defaults;
+    defaults.SetCommandSets(kNrvCommandSetSeed);  // a C profile knows the eighteen until the host enables more
+    defaults.Apply(&model);
     bool bModel = true;
+    std::string parsed;  // the model's expression, parsed again when the sets change
+    bool bParsed = false;
     size_t nRuleCount = 0;
 
     for (int nStep = 0; nStep < 16 && in.remaining_bytes() > 0; ++nStep) {
-        switch (in.ConsumeIntegralInRange<int>(0, 3)) {
+        switch (in.ConsumeIntegralInRange<int>(0, 4)) {
         case 0: {
             const std::string expression = in.ConsumeRandomLengthString(512);
             TNrvErrorInfo info;
@@ -167,6 +171,28 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
             NRV_FUZZ_CHECK(info.nOffset <= strlen(expression.c_str()));
             try {
                 NRV_FUZZ_CHECK(model.Parse(expression.c_str()) == result);
+                parsed = expression;
+                bParsed = true;
+            } catch (const std::bad_alloc&) {
+                bModel = false;
+            }
+            break;
+        }
+        case 4: {
+            // 2 is no set: refused, the profile unchanged.
+            const unsigned nSets = in.ConsumeIntegralInRange<unsigned>(0, 2);
+            TNrvErrorInfo info;
+            const NRVRESULT result = NrvProfileEnableCommandSets(pProfile, nSets, &info);
+            if (nSets > kNrvCommandSetsAll) {
+                NRV_FUZZ_CHECK(result == NRV_ERR_INVALID_PARAMETER);
+                break;
+            }
+            NRV_FUZZ_CHECK(IsCallResult(result));
+            if (result == NRV_ERR_OUT_OF_MEMORY || !bModel)
+                break;
+            try {
+                model.EnableCommandSets(nSets);
+                NRV_FUZZ_CHECK((bParsed ? model.Parse(parsed.c_str()) : NRV_OK) == result);
             } catch (const std::bad_alloc&) {
                 bModel = false;
             }

@@ -27,15 +27,18 @@ typedef int64_t NRVRESULT;
 // A text of 2 GiB or more reached a command whose positions travel in 32
 // bits: refused rather than answered wrongly. Always checked.
 #define NRV_ERR_TEXT_TOO_LONG ((NRVRESULT)-62)
+// A GS1 command was given a text that is not a valid GS1 message (an
+// unknown AI, a wrong length, character, check digit, date, ...).
+#define NRV_ERR_GS1_INVALID ((NRVRESULT)-63)
 // The C interface's own: an allocation failed, and the call did nothing
 // (the C++ classes let std::bad_alloc through instead).
-#define NRV_ERR_OUT_OF_MEMORY ((NRVRESULT)-63)
+#define NRV_ERR_OUT_OF_MEMORY ((NRVRESULT)-64)
 // The C interface's own: the caller's buffer cannot hold the result; the
 // size it needs is reported.
-#define NRV_ERR_BUFFER_TOO_SMALL ((NRVRESULT)-64)
+#define NRV_ERR_BUFFER_TOO_SMALL ((NRVRESULT)-65)
 // The C interface's own: a rules file or text that cannot be read, that
 // holds errors, or that this build cannot read (built without toml++).
-#define NRV_ERR_RULES_FILE ((NRVRESULT)-65)
+#define NRV_ERR_RULES_FILE ((NRVRESULT)-66)
 
 #define NRV_SUCCEEDED(result) ((result) >= 0)
 #define NRV_FAILED(result) ((result) < 0)

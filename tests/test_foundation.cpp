@@ -95,6 +95,7 @@ TEST(ResultCodes, NameAndMeaningOfEveryCode)
         {NRV_ERR_TEXT_LIMIT, "NRV_ERR_TEXT_LIMIT"},
         {NRV_ERR_WORK_LIMIT, "NRV_ERR_WORK_LIMIT"},
         {NRV_ERR_TEXT_TOO_LONG, "NRV_ERR_TEXT_TOO_LONG"},
+        {NRV_ERR_GS1_INVALID, "NRV_ERR_GS1_INVALID"},
         {NRV_ERR_OUT_OF_MEMORY, "NRV_ERR_OUT_OF_MEMORY"},
         {NRV_ERR_BUFFER_TOO_SMALL, "NRV_ERR_BUFFER_TOO_SMALL"},
         {NRV_ERR_RULES_FILE, "NRV_ERR_RULES_FILE"},
@@ -102,7 +103,7 @@ TEST(ResultCodes, NameAndMeaningOfEveryCode)
         {NRV_ERR_PARAMETER_COUNT, "NRV_ERR_PARAMETER_COUNT"},
         {-1, nullptr},
         {-44, nullptr},
-        {-66, nullptr},
+        {-67, nullptr},
         {2, nullptr},
         {INT64_MIN, nullptr},
     };
@@ -120,6 +121,16 @@ TEST(ResultCodes, NameAndMeaningOfEveryCode)
         EXPECT_NE('\0', NrvResultCodeMeaning(row.nCode)[0]);
         EXPECT_EQ(NrvResultCodeMeaning(row.nCode), NrvDescribeCode(row.nCode));
     }
+    // NrvResultCodeAt walks the named codes, in the rows' order, and stops.
+    size_t nIndex = 0;
+    NRVRESULT nCode = 0;
+    for (const auto& row : rows) {
+        if (row.pszName != nullptr) {
+            ASSERT_TRUE(NrvResultCodeAt(nIndex++, &nCode));
+            EXPECT_EQ(nCode, row.nCode);
+        }
+    }
+    EXPECT_FALSE(NrvResultCodeAt(nIndex, &nCode));
 }
 
 // The same name in another case first, then the nearest within two edits,

@@ -20,6 +20,7 @@ const SCode kCodes[] = {
     {NRV_ERR_WORK_LIMIT, "NRV_ERR_WORK_LIMIT", "the edit used up its work budget"},
     {NRV_ERR_TEXT_TOO_LONG, "NRV_ERR_TEXT_TOO_LONG",
      "a text of 2 GiB or more reached a command whose positions travel in 32 bits"},
+    {NRV_ERR_GS1_INVALID, "NRV_ERR_GS1_INVALID", "the text is not a valid GS1 message"},
     {NRV_ERR_OUT_OF_MEMORY, "NRV_ERR_OUT_OF_MEMORY", "an allocation failed, and the call did nothing"},
     {NRV_ERR_BUFFER_TOO_SMALL, "NRV_ERR_BUFFER_TOO_SMALL", "the buffer given cannot hold the result"},
     {NRV_ERR_RULES_FILE, "NRV_ERR_RULES_FILE",
@@ -50,6 +51,14 @@ const char* NrvResultCodeMeaning(NRVRESULT nCode)
 {
     const SCode* pCode = FindCode(nCode);
     return pCode != nullptr ? pCode->pszMeaning : nullptr;
+}
+
+bool NrvResultCodeAt(size_t nIndex, NRVRESULT* pnCode)
+{
+    if (nIndex >= sizeof kCodes / sizeof kCodes[0])
+        return false;
+    *pnCode = kCodes[nIndex].value;
+    return true;
 }
 
 std::string NrvDescribeCode(NRVRESULT nCode)

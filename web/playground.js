@@ -15,6 +15,9 @@ const EXAMPLES = [
    symbology: 'Code128', only: ['Code128'], startsWith: 'AB'},
   {title: 'Group separators made visible', expression: '{Substitute({DecodedData()},{EscapeCharacter(1D)},|)}',
    scans: '10567\\x1d1101010113010101\n10567890\\x1d11010101', escapes: true},
+  {title: 'Lot and expiry out of a GS1 code',
+   expression: 'lot {GS1Element({DecodedData()},10)} expiry {GS1Element({DecodedData()},17)}',
+   scans: ']C1010950110153000317141120\\x1D10AB-123\\x1D21SER42\n010950110153000417141120', escapes: true},
   {title: 'A mistake, underlined', expression: '{TruncateFromBeginning({DecodedData()},2,3)}', scans: 'AB1234'},
 ];
 
@@ -32,7 +35,7 @@ const $ = (id) => document.getElementById(id);
 const fields = {
   expression: $('expression'), scans: $('scans'), escapes: $('escapes'), symbology: $('symbology'),
   minSize: $('min-size'), maxSize: $('max-size'), startsWith: $('starts-with'), endsWith: $('ends-with'),
-  contains: $('contains'), only: $('only-symbology'),
+  contains: $('contains'), only: $('only-symbology'), seedOnly: $('seed-only'),
 };
 
 let engine = null;
@@ -123,8 +126,16 @@ function rangeOf(text, offset, length) {
 
 // --- Parse, edit, draw --------------------------------------------------------
 
+// The switch that keeps the eighteen seed commands only; the engine is told
+// only when it changes.
+let seedOnlySent = false;
+
 function parseExpression() {
   const text = fields.expression.value;
+  if (fields.seedOnly.checked !== seedOnlySent) {
+    call('nrv_set_seed_only', fields.seedOnly.checked ? 1 : 0);
+    seedOnlySent = fields.seedOnly.checked;
+  }
   const diagnostic = call('nrv_parse', text);
   const box = $('diagnostic');
   if (!diagnostic.ok) {
@@ -326,7 +337,12 @@ function nodeHtml(node) {
   else if (node.code < 0) value = `<span class="node-failed">failed (${node.code})</span>`;
   else if (typeof node.value === 'number') value = `→ <span class="node-value integer">${node.value}</span>`;
   else value = `→ <span class="node-value">${escapeHtml(node.value)}</span>`;
-  const children = node.params.length ? `<ul>${node.params.map(nodeHtml).join('')}</ul>` : '';
+  // A GS1 command's text, element by element.
+  const elements = (node.gs1 || []).map((e) =>
+    `<li class="gs1-element" data-ai="${escapeHtml(e.ai)}">AI (${escapeHtml(e.ai)}) ` +
+    `<span class="gs1-title">${escapeHtml(e.title)}</span> → <span class="node-value">${escapeHtml(e.data)}</span></li>`)
+    .join('') + (node.gs1More ? '<li class="gs1-element">…</li>' : '');
+  const children = node.params.length || elements ? `<ul>${node.params.map(nodeHtml).join('')}${elements}</ul>` : '';
   return `<li><span class="node" data-kind="${node.kind}" data-name="${escapeHtml(node.name)}" ` +
          `data-offset="${node.offset}" data-length="${node.length}" data-run="${run}" data-code="${node.code}">` +
          `<span class="node-kind">${node.kind}</span> ${label} ${value}</span>${children}</li>`;
@@ -373,6 +389,7 @@ function stateToFragment() {
   if (fields.contains.value) p.set('c', fields.contains.value);
   const only = selectedSymbologies().map((id) => symbologies[id]);
   if (only.length) p.set('only', only.join(','));
+  if (fields.seedOnly.checked) p.set('seed', '1');
   return '#' + p.toString();
 }
 
@@ -394,6 +411,7 @@ function setState(state) {
   fields.contains.value = state.contains || '';
   const only = new Set((state.only || []).map(symbologyId));
   [...fields.only.options].forEach((o) => { o.selected = only.has(Number(o.value)); });
+  fields.seedOnly.checked = !!state.seedOnly;
 }
 
 function stateFromFragment(hash) {
@@ -402,6 +420,7 @@ function stateFromFragment(hash) {
     expression: p.get('e') || '', scans: p.has('s') ? p.get('s') : undefined, escapes: p.get('x') === '1',
     symbology: p.get('y'), min: p.get('min'), max: p.get('max'), startsWith: p.get('sw'),
     endsWith: p.get('ew'), contains: p.get('c'), only: p.get('only') ? p.get('only').split(',') : [],
+    seedOnly: p.get('seed') === '1',
   };
 }
 
@@ -464,7 +483,14 @@ function commandTemplate(command) {
 
 function buildReference() {
   const list = $('commands');
-  call('nrv_commands').forEach((command) => {
+  call('nrv_commands').forEach((command, i, all) => {
+    // Each extension set under its own heading, after the seed commands.
+    if (command.set && (i === 0 || all[i - 1].set !== command.set)) {
+      const heading = document.createElement('li');
+      heading.className = 'set-heading';
+      heading.textContent = `${command.set} commands (an extension set; off with “seed commands only”)`;
+      list.appendChild(heading);
+    }
     const item = document.createElement('li');
     const button = document.createElement('button');
     button.type = 'button';
@@ -521,7 +547,7 @@ function readDroppedFile(file) {
 function wire() {
   ['expression', 'scans', 'minSize', 'maxSize', 'startsWith', 'endsWith', 'contains'].forEach((name) =>
     fields[name].addEventListener('input', refresh));
-  ['escapes', 'symbology', 'only'].forEach((name) => fields[name].addEventListener('change', refresh));
+  ['escapes', 'symbology', 'only', 'seedOnly'].forEach((name) => fields[name].addEventListener('change', refresh));
   fields.expression.addEventListener('scroll', syncBackdropScroll);
   $('results').addEventListener('scroll', () => {
     measureView();

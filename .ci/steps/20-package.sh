@@ -109,7 +109,7 @@ out=$("$work/consumer-c/readme" 2>"$work/consumer-c/stderr") || status=$?
 
 if [ -f build-pkg/rules/libnrvrules.a ]; then
   echo "-- rules library (find_package Nrv::Rules, pkg-config nrvrules)"
-  for f in lib/libnrvrules.a include/nrv/NrvRulesFile.h include/nrv/NrvRuleSet.h lib/pkgconfig/nrvrules.pc; do
+  for f in lib/libnrvrules.a include/nrv/NrvRulesFile.h include/nrv/NrvRuleTests.h include/nrv/NrvRuleSet.h lib/pkgconfig/nrvrules.pc; do
     [ -f "$prefix/$f" ] || { echo "missing from the install: $f" >&2; exit 1; }
   done
   mkdir "$work/consumer-rules"

@@ -72,7 +72,7 @@ static void TestCodes(void)
         {NRV_ERR_OUT_OF_MEMORY, "NRV_ERR_OUT_OF_MEMORY"},
         {NRV_ERR_BUFFER_TOO_SMALL, "NRV_ERR_BUFFER_TOO_SMALL"},
         {NRV_ERR_RULES_FILE, "NRV_ERR_RULES_FILE"},
-        {-66, NULL},
+        {-67, NULL},
         {INT64_MIN, NULL},
     };
     for (size_t i = 0; i < COUNT(rows); ++i) {
@@ -170,6 +170,45 @@ static void TestParse(void)
         NrvFree(output);
         NrvProfileFree(profile);
     }
+}
+
+/* The GS1 commands are known only once the host enables their set. */
+static void TestCommandSets(void)
+{
+    static const char kMessage[] = "]C1010950110153000317141120\x1d" "10AB-123\x1d" "21SER42";
+    static const char kBadCheckDigit[] = "]C1010950110153000417141120\x1d" "10AB-123";
+    static const struct {
+        unsigned sets;
+        NRVRESULT parse; /* what enabling the sets returns: the expression parsed again */
+        const char* scan;
+        NRVRESULT edit;
+        const char* output; /* or a piece of the failure's report */
+    } rows[] = {
+        {0, NRV_ERR_UNKNOWN_COMMAND, kMessage, NRV_ERR_UNKNOWN_COMMAND, "(NRV_ERR_UNKNOWN_COMMAND, -83)"},
+        {NRV_COMMAND_SET_GS1, NRV_OK, kMessage, NRV_OK, "lot AB-123"},
+        {NRV_COMMAND_SET_GS1, NRV_OK, kBadCheckDigit, NRV_ERR_GS1_INVALID,
+         "GS1Element: AI (01): check digit 4, expected 3"},
+        {NRV_COMMAND_SET_GS1 << 1, NRV_ERR_INVALID_PARAMETER, kMessage, NRV_OK, "lot AB-123"}, /* no such set */
+        {0, NRV_ERR_UNKNOWN_COMMAND, kMessage, NRV_ERR_UNKNOWN_COMMAND, "GS1"}, /* and off again */
+    };
+    TNrvProfile* profile = NULL;
+    TNrvErrorInfo info;
+    CHECK(NrvProfileNew(&profile) == NRV_OK, 0);
+    CHECK(NrvProfileParse(profile, "lot {GS1Element({DecodedData()},10)}", &info) == NRV_ERR_UNKNOWN_COMMAND, 0);
+    for (size_t i = 0; i < COUNT(rows); ++i) {
+        CHECK(NrvProfileEnableCommandSets(profile, rows[i].sets, &info) == rows[i].parse, i);
+        char* output = NULL;
+        size_t length = 0;
+        CHECK(NrvProfileEdit(profile, rows[i].scan, strlen(rows[i].scan), 0, &output, &length) == rows[i].edit, i);
+        if (rows[i].edit >= 0) {
+            CHECK(SameBytes(output, length, rows[i].output, strlen(rows[i].output)), i);
+        } else {
+            CHECK(NrvProfileDescribeFailure(profile, rows[i].scan, strlen(rows[i].scan), 0, &info) == NRV_OK, i);
+            CHECK(info.nCode == rows[i].edit && Contains(info.pszReport, rows[i].output), i);
+        }
+        NrvFree(output);
+    }
+    NrvProfileFree(profile);
 }
 
 /* ---- edit ---------------------------------------------------------------- */
@@ -643,6 +682,7 @@ static void TestNullArguments(void)
         NrvProfileSetSettings(profile, NULL, &value, 1, &info),
         NrvProfileSetSettings(profile, &name, NULL, 1, &info),
         NrvProfileSetSettings(profile, &name, &text, 1, &info), /* a null value */
+        NrvProfileEnableCommandSets(NULL, 0, &info),
         NrvProfileEdit(NULL, "A", 1, 0, &output, &length),
         NrvProfileEdit(profile, "A", 1, 0, NULL, &length),
         NrvProfileEdit(profile, "A", 1, 0, &output, NULL),
@@ -705,7 +745,7 @@ typedef struct {
     TNrvRuleSet* rules;
 } TFixture;
 
-enum ECall { kNewProfile, kParse, kSettings, kSettingsRefused, kEdit, kEditInto, kEditMany, kDescribe, kExplain,
+enum ECall { kNewProfile, kParse, kEnableSets, kSettings, kSettingsRefused, kEdit, kEditInto, kEditMany, kDescribe, kExplain,
              kReadRules, kRulesEdit, kRulesDescribe, kRulesExplain, kParseFailing };
 
 /* One call of the C interface, its buffers released; the code of a call
@@ -730,6 +770,7 @@ static NRVRESULT Call(enum ECall call, TFixture* f)
         NrvProfileFree(profile);
         return result;
     case kParse: return NrvProfileParse(f->profile, "<{TruncateFromEnd({DecodedData()},1)}>", &info);
+    case kEnableSets: return NrvProfileEnableCommandSets(f->profile, NRV_COMMAND_SET_GS1, &info);
     case kParseFailing:
         result = NrvProfileParse(f->profile, "{TruncateFromEnd({Nope()},1)}", &info);
         return result == NRV_ERR_UNKNOWN_COMMAND ? NRV_OK : result;
@@ -778,7 +819,7 @@ static void TestMemory(void)
         enum ECall call;
         int allocates; /* then the sweep must make at least one allocation fail */
     } rows[] = {
-        {kNewProfile, 1}, {kParse, 1}, {kSettings, 1}, {kSettingsRefused, 1}, {kEdit, 1},
+        {kNewProfile, 1}, {kParse, 1}, {kEnableSets, 1}, {kSettings, 1}, {kSettingsRefused, 1}, {kEdit, 1},
         {kEditInto, 0}, /* allocates only while the profile grows its buffers */
         {kEditMany, 1}, {kDescribe, 1}, {kExplain, 1}, {kReadRules, 1}, {kRulesEdit, 1}, {kRulesDescribe, HAVE_RULES},
         {kRulesExplain, 1},
@@ -868,6 +909,7 @@ int main(int argc, char** argv)
         {"codes", TestCodes},
         {"symbology", TestSymbology},
         {"parse", TestParse},
+        {"command-sets", TestCommandSets},
         {"edit", TestEdit},
         {"edit-into", TestEditInto},
         {"edit-many", TestEditMany},

@@ -44,6 +44,8 @@ Symbology = Union[str, int]
 # The symbologies are numbered 0 (NotSpecified) to 47 (HanXin).
 _SYMBOLOGY_COUNT = 48
 _ERRORS = ("raise", "keep", "none")
+# The command sets a profile may know besides the eighteen seed commands.
+_COMMAND_SETS = {"GS1": _native.COMMAND_SET_GS1}
 
 
 def code_name(code: int) -> Optional[str]:
@@ -249,8 +251,10 @@ def _mode(errors: str) -> bool:
 class Profile:
     """An expression with its triggers and limits.
 
-    ``Profile(expression, *, min_size, max_size, symbologies, contains,
-    starts_with, ends_with, max_text, max_work)``: every trigger given must
+    ``Profile(expression, *, command_sets, min_size, max_size, symbologies,
+    contains, starts_with, ends_with, max_text, max_work)``: the expression
+    knows the eighteen seed commands and those of the ``command_sets`` named
+    (``["GS1"]`` for GS1Element and GS1HumanReadable). Every trigger given must
     hold for a scan to be edited; a scan that fails one comes back as it
     is. Sizes are inclusive byte counts (0: unset); ``symbologies`` names or
     numbers; a trigger text given as bytes is those bytes, given as str it
@@ -267,6 +271,7 @@ class Profile:
         self,
         expression: Union[str, BytesLike],
         *,
+        command_sets: Iterable[str] = (),
         min_size: Optional[int] = None,
         max_size: Optional[int] = None,
         symbologies: Iterable[Symbology] = (),
@@ -280,6 +285,12 @@ class Profile:
         if b"\0" in text:
             raise ValueError("an expression cannot hold a zero byte")
         self._handle = _native.new_handle(False)
+        sets = 0
+        for name in (command_sets,) if isinstance(command_sets, str) else command_sets:
+            if str(name).upper() not in _COMMAND_SETS:
+                raise ValueError(f"unknown command set {name!r} (known: {', '.join(_COMMAND_SETS)})")
+            sets |= _COMMAND_SETS[str(name).upper()]
+        _native.enable_command_sets(self._handle, sets)
         info = _native.parse(self._handle, text)
         if info[0] < 0:
             raise ParseError(info)

@@ -110,6 +110,24 @@ static PyObject* Parse(PyObject* module, PyObject* args)
     return result == NRV_ERR_OUT_OF_MEMORY ? PyErr_NoMemory() : InfoTuple(&info);
 }
 
+/* enable_command_sets(profile, sets: int) -> info */
+static PyObject* EnableCommandSets(PyObject* module, PyObject* args)
+{
+    (void)module;
+    PyObject* capsule;
+    unsigned int sets;
+    TNrvErrorInfo info;
+    if (!PyArg_ParseTuple(args, "OI", &capsule, &sets))
+        return NULL;
+    TNrvProfile* profile = PyCapsule_GetPointer(capsule, kProfile);
+    if (profile == NULL)
+        return NULL;
+    const NRVRESULT result = NrvProfileEnableCommandSets(profile, sets, &info);
+    if (result == NRV_ERR_OUT_OF_MEMORY || result == NRV_ERR_INVALID_PARAMETER)
+        return CallFailed(result);
+    return InfoTuple(&info);
+}
+
 /* set_settings(profile, names: tuple of bytes, values: tuple of bytes) -> info */
 static PyObject* SetSettings(PyObject* module, PyObject* args)
 {
@@ -418,6 +436,7 @@ static PyObject* Version(PyObject* module, PyObject* args)
 static PyMethodDef kMethods[] = {
     {"new_handle", NewHandle, METH_VARARGS, "A new rule set (True) or profile (False)."},
     {"parse", Parse, METH_VARARGS, "Parses an expression into a profile; the error information."},
+    {"enable_command_sets", EnableCommandSets, METH_VARARGS, "Replaces a profile's command sets; the parse's information."},
     {"set_settings", SetSettings, METH_VARARGS, "Replaces a profile's triggers and limits; the error information."},
     {"read_rules", ReadRules, METH_VARARGS, "Reads a rules text into a rule set; the error information."},
     {"rule_names", RuleNames, METH_O, "The names of a rule set's rules."},
@@ -438,5 +457,8 @@ static struct PyModuleDef kModule = {
 
 PyMODINIT_FUNC PyInit__native(void)
 {
-    return PyModule_Create(&kModule);
+    PyObject* module = PyModule_Create(&kModule);
+    if (module != NULL && PyModule_AddIntConstant(module, "COMMAND_SET_GS1", NRV_COMMAND_SET_GS1) < 0)
+        Py_CLEAR(module);
+    return module;
 }

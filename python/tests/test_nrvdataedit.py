@@ -220,6 +220,20 @@ def test_symbologies_refused(value, problem):
         nrv.Profile("{DecodedData()}").edit(b"A", value)
 
 
+def test_gs1_commands_only_when_their_set_is_enabled():
+    expression = "lot {GS1Element({DecodedData()},10)}"
+    with pytest.raises(nrv.ParseError) as caught:
+        nrv.Profile(expression)
+    assert caught.value.code == -83 and "GS1" in caught.value.message
+    message = b"]C1010950110153000317141120\x1d10AB-123\x1d21SER42"
+    assert nrv.Profile(expression, command_sets=["gs1"]).edit(message) == b"lot AB-123"
+    with pytest.raises(nrv.EditError) as caught:
+        nrv.Profile(expression, command_sets="GS1").edit(message.replace(b"0003", b"0004"))
+    assert caught.value.name == "NRV_ERR_GS1_INVALID" and caught.value.command == "GS1Element"
+    with pytest.raises(ValueError, match="unknown command set"):
+        nrv.Profile(expression, command_sets=["GS2"])
+
+
 def test_default_limits_and_lifting_them():
     doubling = "{Substitute(" * 23 + "{DecodedData()}" + ",A,AA)}" * 23
     with pytest.raises(nrv.EditError) as caught:
@@ -264,12 +278,14 @@ def test_edit_many_over_a_hundred_thousand_scans():
 
 
 def test_rule_sets():
-    rules = nrv.RuleSet.from_text(open(RULES, encoding="utf-8").read())
-    assert len(rules) == 3 and [rule.index for rule in rules.rules] == [0, 1, 2]
+    text = open(RULES, encoding="utf-8").read()
+    rules = nrv.RuleSet.from_text(text)
+    assert len(rules) == text.count("[[rule]]") and [rule.index for rule in rules.rules] == list(range(len(rules)))
     assert rules.edit(b"0036602301467", "upca") == (b"036602301467", rules.rules[0])
     assert rules.edit(b"0036602301467", 0) == (b"0036602301467", None)
     explanation = rules.explain(b"0104412345678909", "DataMatrix")
-    assert explanation.rule == rules.rules[2] and explanation.output == b"GTIN 04412345678909"
+    assert (explanation.output, explanation.rule) == rules.edit(b"0104412345678909", "DataMatrix")
+    assert explanation.output == b"GTIN 04412345678909"
     assert rules.explain(b"x").rule is None and rules.explain(b"x").nodes == []
     failing = nrv.RuleSet.from_text("[[rule]]\nname = 'cut'\nexpression = '{TruncateFromBeginning({DecodedData()},2)}'\n"
                                     "[[rule]]\nexpression = 'never {DecodedData()}'\n")
@@ -291,7 +307,7 @@ def test_rules_errors(text, line, column, errors, part):
     with pytest.raises(nrv.ParseError) as caught:
         nrv.RuleSet.from_text(text, "mine.toml")
     error = caught.value
-    assert (error.code, error.line, error.column, error.errors) == (-65, line, column, errors)
+    assert (error.name, error.line, error.column, error.errors) == ("NRV_ERR_RULES_FILE", line, column, errors)
     assert error.offset is None and part in error.message
     assert str(error).startswith(f"mine.toml:{line}:{column}: ")
     assert str(error).count("mine.toml:") == errors
