@@ -825,8 +825,10 @@ static void TestMemory(void)
         {kRulesExplain, 1},
         {kParseFailing, 1}, /* last: it leaves an expression that does not parse */
     };
-    /* What the library keeps for good (its command dictionary) is made first. */
+    /* What the library keeps for good (a command dictionary for each
+       combination of sets) is made first. */
     TFixture warm = {NewProfile("{DecodedData()}"), NULL};
+    CHECK(NrvProfileEnableCommandSets(warm.profile, NRV_COMMAND_SET_GS1, NULL) == NRV_OK, 0);
     NrvProfileFree(warm.profile);
     const long baseline = NrvTestLiveBlocks();
 
