@@ -46,73 +46,45 @@ static TNrvProfile* NewProfile(const char* expression)
     return profile;
 }
 
-/* ---- version, codes, symbologies --------------------------------------- */
+/* ---- the library: version, code names, symbologies ------------------- */
 
-static void TestVersion(void)
+static void TestLibrary(void)
 {
     int major = -1, minor = -1, patch = -1;
     char text[64];
     CHECK(NrvGetVersion(&major, &minor, &patch) == NRV_OK, 0);
     snprintf(text, sizeof text, "%d.%d.%d", major, minor, patch);
     CHECK(strcmp(text, NRV_VERSION_STRING) == 0, 0);
-    CHECK(major == NRV_VERSION_MAJOR && minor == NRV_VERSION_MINOR && patch == NRV_VERSION_PATCH, 0);
-    CHECK(NrvGetVersion(NULL, &minor, &patch) == NRV_ERR_INVALID_PARAMETER, 1);
-    CHECK(NrvGetVersion(&major, NULL, &patch) == NRV_ERR_INVALID_PARAMETER, 2);
-    CHECK(NrvGetVersion(&major, &minor, NULL) == NRV_ERR_INVALID_PARAMETER, 3);
-}
-
-static void TestCodes(void)
-{
-    /* The whole table is the C++ tests'; here the codes of the C interface. */
+    CHECK(NrvGetVersion(NULL, &minor, &patch) == NRV_ERR_INVALID_PARAMETER, 0);
+    /* The whole code table is the C++ tests'; here the C interface's codes. */
     static const struct {
         NRVRESULT code;
         const char* name; /* NULL: not a code of the library */
-    } rows[] = {
-        {NRV_OK, "NRV_OK"},
-        {NRV_ERR_OUT_OF_MEMORY, "NRV_ERR_OUT_OF_MEMORY"},
-        {NRV_ERR_BUFFER_TOO_SMALL, "NRV_ERR_BUFFER_TOO_SMALL"},
-        {NRV_ERR_RULES_FILE, "NRV_ERR_RULES_FILE"},
-        {-67, NULL},
-        {INT64_MIN, NULL},
-    };
-    for (size_t i = 0; i < COUNT(rows); ++i) {
+    } codes[] = {{NRV_ERR_OUT_OF_MEMORY, "NRV_ERR_OUT_OF_MEMORY"},
+                 {NRV_ERR_BUFFER_TOO_SMALL, "NRV_ERR_BUFFER_TOO_SMALL"},
+                 {NRV_ERR_RULES_FILE, "NRV_ERR_RULES_FILE"},
+                 {-67, NULL},
+                 {INT64_MIN, NULL}};
+    for (size_t i = 0; i < COUNT(codes); ++i) {
         const char* name = "unset";
         const char* meaning = "unset";
-        const NRVRESULT result = NrvGetResultName(rows[i].code, &name, &meaning);
-        if (rows[i].name == NULL) {
-            CHECK(result == NRV_ERR_INVALID_PARAMETER && name == NULL && meaning == NULL, i);
-        } else {
-            CHECK(result == NRV_OK && name != NULL && strcmp(name, rows[i].name) == 0, i);
-            CHECK(meaning != NULL && meaning[0] != '\0', i);
-            CHECK(NrvGetResultName(rows[i].code, &name, NULL) == NRV_OK, i);
-        }
+        const NRVRESULT result = NrvGetResultName(codes[i].code, &name, &meaning);
+        CHECK(codes[i].name == NULL ? result == NRV_ERR_INVALID_PARAMETER && name == NULL && meaning == NULL
+                                    : result == NRV_OK && strcmp(name, codes[i].name) == 0 && meaning[0] != '\0',
+              i);
     }
-    CHECK(NrvGetResultName(NRV_OK, NULL, NULL) == NRV_ERR_INVALID_PARAMETER, COUNT(rows));
-}
-
-static void TestSymbology(void)
-{
     static const struct {
         const char* text;
         int expected; /* -1: refused */
-    } rows[] = {
-        {"Code128", kNrvScanSymbologyCode128},
-        {"qrcode", kNrvScanSymbologyQRCode},
-        {"AZTEC", kNrvScanSymbologyAztec},
-        {"0", kNrvScanSymbologyNotSpecified},
-        {"47", kNrvScanSymbologyHanXin},
-        {"48", -1}, /* the count marker is no symbology */
-        {"-1", -1},
-        {"", -1},
-        {"Code 128", -1},
-    };
-    for (size_t i = 0; i < COUNT(rows); ++i) {
+    } symbologies[] = {{"qrcode", kNrvScanSymbologyQRCode}, {"47", kNrvScanSymbologyHanXin},
+                       {"48", -1} /* the count marker */,   {"", -1},
+                       {"Code 128", -1}};
+    for (size_t i = 0; i < COUNT(symbologies); ++i) {
         int id = 12345;
-        const NRVRESULT result = NrvGetSymbology(rows[i].text, &id);
-        if (rows[i].expected < 0)
-            CHECK(result == NRV_ERR_INVALID_PARAMETER && id == 12345, i);
-        else
-            CHECK(result == NRV_OK && id == rows[i].expected, i);
+        const NRVRESULT result = NrvGetSymbology(symbologies[i].text, &id);
+        CHECK(symbologies[i].expected < 0 ? result == NRV_ERR_INVALID_PARAMETER && id == 12345
+                                          : result == NRV_OK && id == symbologies[i].expected,
+              i);
     }
 }
 
@@ -221,7 +193,7 @@ static void TestEdit(void)
         size_t scanLength;
         int symbology;
         NRVRESULT code;
-        const char* output; /* what the caller gets: the scan itself when not triggered */
+        const char* output; /* what the caller gets; for a failed edit, its report */
         size_t outputLength;
     } rows[] = {
         {"Code: {TruncateFromBeginning({DecodedData()},2)}", "AB1234", 6, 0, NRV_OK, "Code: 1234", 10},
@@ -231,8 +203,9 @@ static void TestEdit(void)
         {"<{DecodedData()}>", "\0\x80\xff\0", 4, 0, NRV_OK, "<\0\x80\xff\0>", 6},
         {"{MakeUpperCase({DecodedData()})}", "a\0b\xe9", 4, 0, NRV_OK, "A\0B\xe9", 4},
         {"{DecodedData()}", "", 0, 0, NRV_OK, "", 0},
-        {"{TruncateFromBeginning({DecodedData()},2)}", "AB", 2, 0, NRV_ERR_OUT_OF_RANGE, NULL, 0},
-        {"{Extract({DecodedData()},,])}", "x", 1, 0, NRV_ERR_OUT_OF_RANGE, NULL, 0},
+        {"{TruncateFromBeginning({DecodedData()},2)}", "AB", 2, 0, NRV_ERR_OUT_OF_RANGE,
+         "TruncateFromBeginning: count 2 is not less than the length 2 of the text (NRV_ERR_OUT_OF_RANGE, -43)\n", 0},
+        {"{Extract({DecodedData()},,])}", "x", 1, 0, NRV_ERR_OUT_OF_RANGE, "Extract: ", 0},
         {"", "AB", 2, 0, NRV_OK, "", 0}, /* nothing written: nothing out */
         /* The symbology must be one of the enumeration. */
         {"{DecodedData()}", "AB", 2, kNrvScanSymbologyLastSymbologyID, NRV_ERR_INVALID_PARAMETER, NULL, 0},
@@ -246,12 +219,22 @@ static void TestEdit(void)
         const NRVRESULT result =
             NrvProfileEdit(profile, rows[i].scan, rows[i].scanLength, rows[i].symbology, &output, &length);
         CHECK(result == rows[i].code, i);
-        if (rows[i].output == NULL) {
-            CHECK(output == NULL && length == 0, i);
-        } else {
+        if (result >= 0) {
             CHECK(output != NULL && SameBytes(output, length, rows[i].output, rows[i].outputLength), i);
             CHECK(output != NULL && output[length] == '\0', i);
+        } else {
+            CHECK(output == NULL && length == 0, i);
         }
+        /* Why it failed, named as nrv-edit names it; nothing to say when it did not. */
+        TNrvErrorInfo info;
+        const NRVRESULT described =
+            NrvProfileDescribeFailure(profile, rows[i].scan, rows[i].scanLength, rows[i].symbology, &info);
+        if (result == NRV_ERR_INVALID_PARAMETER)
+            CHECK(described == NRV_ERR_INVALID_PARAMETER, i);
+        else if (result < 0)
+            CHECK(info.nCode == result && strstr(info.pszReport, rows[i].output) == info.pszReport, i);
+        else
+            CHECK(info.nCode == result && info.pszReport[0] == '\0' && info.pszCommand[0] == '\0', i);
         NrvFree(output);
         NrvProfileFree(profile);
     }
@@ -378,28 +361,19 @@ static void TestSettings(void)
         NRVRESULT edit;
     } rows[] = {
         {{"min-size"}, {"3"}, NRV_OK, NULL, "AB", NRV_OK_NOT_TRIGGERED},
-        {{"min-size"}, {"2"}, NRV_OK, NULL, "AB", NRV_OK},
-        {{"max_size"}, {"1"}, NRV_OK, NULL, "AB", NRV_OK_NOT_TRIGGERED},
         {{"min-size", "max-size"}, {"2", "2"}, NRV_OK, NULL, "AB", NRV_OK},
-        {{"symbology"}, {"qrcode"}, NRV_OK, NULL, "AB", NRV_OK_NOT_TRIGGERED},
+        {{"max_size"}, {"1"}, NRV_OK, NULL, "AB", NRV_OK_NOT_TRIGGERED},
         {{"symbology", "symbology"}, {"qrcode", "15"}, NRV_OK, NULL, "AB", NRV_OK},
-        {{"starts-with"}, {"A"}, NRV_OK, NULL, "AB", NRV_OK},
         {{"ends-with"}, {"A"}, NRV_OK, NULL, "AB", NRV_OK_NOT_TRIGGERED},
         {{"contains"}, {"\\x1D"}, NRV_OK, NULL, "A\x1d", NRV_OK},
         {{"contains"}, {"\\x1D"}, NRV_OK, NULL, "A\\x1D", NRV_OK_NOT_TRIGGERED},
-        {{"contains"}, {"\\\\"}, NRV_OK, NULL, "A\\", NRV_OK},
         {{"contains"}, {""}, NRV_OK, NULL, "AB", NRV_OK}, /* empty: unset */
         /* Refused, and the profile keeps what it had (no trigger). */
         {{"min-size"}, {"-1"}, NRV_ERR_INVALID_PARAMETER, "invalid size '-1' for 'min-size'", "AB", NRV_OK},
         {{"min_size"}, {"1k"}, NRV_ERR_INVALID_PARAMETER, "for 'min_size'", "AB", NRV_OK},
-        {{"max-size"}, {"99999999999999999999999"}, NRV_ERR_INVALID_PARAMETER, "at most", "AB", NRV_OK},
         {{"min-size", "max-size"}, {"3", "2"}, NRV_ERR_INVALID_PARAMETER, "'min-size' 3 is above 'max-size' 2", "AB",
          NRV_OK},
-        {{"max-size", "starts-with"}, {"2", "ABC"}, NRV_ERR_INVALID_PARAMETER, "'starts-with' holds 3 bytes", "AB",
-         NRV_OK},
         {{"contains"}, {"\\x00"}, NRV_ERR_INVALID_PARAMETER, "zero byte", "AB", NRV_OK},
-        {{"contains"}, {"\\q"}, NRV_ERR_INVALID_PARAMETER, "'contains'", "AB", NRV_OK},
-        {{"symbology"}, {"Code129"}, NRV_ERR_INVALID_PARAMETER, "unknown symbology 'Code129'", "AB", NRV_OK},
         {{"starts-width"}, {"A"}, NRV_ERR_INVALID_PARAMETER, "did you mean 'starts-with'?", "AB", NRV_OK},
         {{"Min-Size"}, {"1"}, NRV_ERR_INVALID_PARAMETER, "unknown setting 'Min-Size'", "AB", NRV_OK},
     };
@@ -481,34 +455,7 @@ static void TestLimits(void)
     free(megabyte);
 }
 
-/* ---- why an edit fails, explained ---------------------------------------- */
-
-static void TestDescribeFailure(void)
-{
-    static const struct {
-        const char* expression;
-        const char* scan;
-        NRVRESULT code;
-        const char* command;
-        const char* report;
-    } rows[] = {
-        {"{TruncateFromBeginning({DecodedData()},2)}", "A", NRV_ERR_OUT_OF_RANGE, "TruncateFromBeginning",
-         "TruncateFromBeginning: count 2 is not less than the length 1 of the text (NRV_ERR_OUT_OF_RANGE, -43)\n"},
-        {"{TruncateFromBeginning({DecodedData()},2)}", "ABC", NRV_OK, "", ""},
-        {"x{Nope}", "A", NRV_ERR_UNKNOWN_COMMAND, "", "(NRV_ERR_UNKNOWN_COMMAND, -83)\n"},
-    };
-    for (size_t i = 0; i < COUNT(rows); ++i) {
-        TNrvProfile* profile = NULL;
-        CHECK(NrvProfileNew(&profile) == NRV_OK, i);
-        NrvProfileParse(profile, rows[i].expression, NULL);
-        TNrvErrorInfo info;
-        CHECK(NrvProfileDescribeFailure(profile, rows[i].scan, strlen(rows[i].scan), 0, &info) == NRV_OK, i);
-        CHECK(info.nCode == rows[i].code && strcmp(info.pszCommand, rows[i].command) == 0, i);
-        CHECK(rows[i].code >= 0 ? info.pszReport[0] == '\0' : Contains(info.pszReport, rows[i].report), i);
-        CHECK(info.nRule == NRV_NO_RULE, i);
-        NrvProfileFree(profile);
-    }
-}
+/* ---- what an edit does, explained ---------------------------------------- */
 
 static void TestExplain(void)
 {
@@ -907,9 +854,7 @@ int main(int argc, char** argv)
         const char* name;
         void (*test)(void);
     } groups[] = {
-        {"version", TestVersion},
-        {"codes", TestCodes},
-        {"symbology", TestSymbology},
+        {"library", TestLibrary},
         {"parse", TestParse},
         {"command-sets", TestCommandSets},
         {"edit", TestEdit},
@@ -917,7 +862,6 @@ int main(int argc, char** argv)
         {"edit-many", TestEditMany},
         {"settings", TestSettings},
         {"limits", TestLimits},
-        {"describe-failure", TestDescribeFailure},
         {"explain", TestExplain},
         {"rule-sets", TestRuleSets},
         {"null-arguments", TestNullArguments},
