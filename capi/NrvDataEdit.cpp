@@ -154,8 +154,8 @@ public:
     // Edits the record as the C++ classes do; *pnRule receives the rule
     // that took it (NRV_NO_RULE for a profile's own expression).
     virtual NRVRESULT Edit(TNrvScanDecodedData* pRecord, size_t* pnRule) = 0;
-    // The expression and limits a scan taken by nRule was edited with, or
-    // null when no expression ran.
+    // The expression (null when none ran), the limits and the command sets
+    // that a scan taken by nRule was edited with.
     virtual const char* Expression(size_t nRule) const = 0;
     virtual TNrvLimits Limits(size_t nRule) const = 0;
     virtual unsigned CommandSets(size_t nRule) const = 0;
