@@ -1,6 +1,7 @@
 # Installation: the static library, its headers, the tool, a CMake package
-# (find_package(NrvDataEditing CONFIG) -> Nrv::DataEditing) and a pkg-config
-# file (nrvdataedit.pc). Included at the end of the root CMakeLists.txt.
+# (find_package(NrvDataEditing CONFIG) -> Nrv::DataEditing, Nrv::DataEditC,
+# Nrv::Rules) and pkg-config files (nrvdataedit.pc, nrvdataedit-c.pc,
+# nrvrules.pc). Included at the end of the root CMakeLists.txt.
 
 # A project that adds this one with add_subdirectory usually installs nothing
 # of ours; it can still ask for the rules (e.g. to export its own targets that
@@ -48,6 +49,8 @@ set(NRV_PUBLIC_HEADERS
   engine/NrvGs1.h
   # Ordered rules.
   engine/NrvRuleSet.h
+  # The C interface (Nrv::DataEditC), with NrvScanTypes.h above.
+  capi/NrvDataEdit.h
 )
 list(TRANSFORM NRV_PUBLIC_HEADERS PREPEND "${PROJECT_SOURCE_DIR}/")
 
@@ -79,6 +82,15 @@ if(TARGET nrvrules)
     COMPONENT Development
   )
 endif()
+# The C interface: a static library that needs the two above when it is
+# linked, or a shared one (NRV_C_SHARED) that holds them.
+set_target_properties(nrvdataedit-c PROPERTIES EXPORT_NAME DataEditC)
+install(TARGETS nrvdataedit-c
+  EXPORT NrvDataEditingTargets
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Runtime NAMELINK_COMPONENT Development
+  INCLUDES DESTINATION ${NRV_INSTALL_INCLUDEDIR}
+)
 if(TARGET nrv-edit)
   install(TARGETS nrv-edit RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT Runtime)
 endif()
@@ -133,6 +145,24 @@ configure_file(
   @ONLY
 )
 install(FILES "${PROJECT_BINARY_DIR}/nrvdataedit.pc"
+  DESTINATION ${NRV_PC_DIR}
+  COMPONENT Development
+)
+# A C program links the static C interface with the C++ libraries under it
+# and the C++ runtime (libstdc++, as g++ and clang++ use on Linux).
+if(NRV_C_SHARED)
+  set(NRV_C_PC_LIBS "-lnrvdataedit-c")
+elseif(NRV_RULES_INSTALLED)
+  set(NRV_C_PC_LIBS "-lnrvdataedit-c -lnrvrules -lnrvdataedit -ltomlplusplus -lstdc++")
+else()
+  set(NRV_C_PC_LIBS "-lnrvdataedit-c -lnrvdataedit -lstdc++")
+endif()
+configure_file(
+  "${CMAKE_CURRENT_LIST_DIR}/nrvdataedit-c.pc.in"
+  "${PROJECT_BINARY_DIR}/nrvdataedit-c.pc"
+  @ONLY
+)
+install(FILES "${PROJECT_BINARY_DIR}/nrvdataedit-c.pc"
   DESTINATION ${NRV_PC_DIR}
   COMPONENT Development
 )

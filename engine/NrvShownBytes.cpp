@@ -1,8 +1,38 @@
 #include "NrvShownBytes.h"
 
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
 #include "NrvEscapes.h"
 
 namespace {
+
+// The widest an expression is shown, and how much of it before the culprit
+// when it must be cut.
+const size_t kShownWidth = 100;
+const size_t kContextBefore = 30;
+
+// The bytes [*pnFirst, *pnLast) of an expression to show around the byte at
+// nOffset: all of them when they fit, otherwise some context before it and
+// as much after as fits.
+void ShownWindow(const std::vector<std::string>& shown, size_t nOffset, size_t* pnFirst, size_t* pnLast)
+{
+    size_t nFirst = nOffset, nWidth = 0;
+    while (nFirst > 0 && nWidth + shown[nFirst - 1].size() <= kContextBefore)
+        nWidth += shown[--nFirst].size();
+    size_t nTotal = 0;
+    for (const std::string& piece : shown)
+        nTotal += piece.size();
+    if (nTotal <= kShownWidth)
+        nFirst = 0;
+    size_t nLast = nFirst;
+    for (size_t nUsed = 0;
+         nLast < shown.size() && (nTotal <= kShownWidth || nUsed + shown[nLast].size() <= kShownWidth); ++nLast)
+        nUsed += shown[nLast].size();
+    *pnFirst = nFirst;
+    *pnLast = nLast;
+}
 
 void AppendHexByte(unsigned char c, std::string* pOut)
 {
@@ -119,4 +149,39 @@ std::string NrvShown(std::string_view bytes, ENrvByteForm form)
     std::string shown;
     NrvAppendShown(bytes.data(), bytes.size(), form, &shown);
     return shown;
+}
+
+void NrvShowCulprit(const char* pszExpression, size_t nOffset, size_t nLength, std::string* pLine,
+                    std::string* pCarets)
+{
+    // Each byte as shown, so that the carets fall under what is shown.
+    const size_t nExpression = strlen(pszExpression);
+    std::vector<std::string> shown(nExpression);
+    for (size_t i = 0; i < nExpression; ++i)
+        NrvAppendEscaped(pszExpression + i, 1, &shown[i]);
+    nOffset = std::min(nOffset, nExpression);
+    const size_t nEnd = nLength > nExpression - nOffset ? nExpression : nOffset + nLength;
+    size_t nFirst = 0, nLast = 0;
+    ShownWindow(shown, nOffset, &nFirst, &nLast);
+
+    std::string& line = *pLine;
+    std::string& carets = *pCarets;
+    line.clear();
+    carets.clear();
+    if (nFirst > 0) {
+        line += "...";
+        carets += "   ";
+    }
+    for (size_t i = nFirst; i < nLast; ++i) {
+        line += shown[i];
+        if (i == nOffset)
+            carets += '^';  // also for an empty range, where it lies
+        carets.append(shown[i].size() - (i == nOffset ? 1 : 0), i >= nOffset && i < nEnd ? '~' : ' ');
+    }
+    if (nOffset == nLast)  // an empty range at the end of what is shown
+        carets += '^';
+    if (nLast < nExpression)
+        line += "...";
+    while (!carets.empty() && carets.back() == ' ')
+        carets.pop_back();
 }

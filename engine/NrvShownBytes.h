@@ -32,6 +32,14 @@ void NrvAppendShown(const char* pData, size_t nLength, ENrvByteForm form, std::s
 // The same, as a new string.
 std::string NrvShown(std::string_view bytes, ENrvByteForm form);
 
+// An expression on one line, and under it a line of carets that marks the
+// culprit's byte range [nOffset, nOffset + nLength) (a single '^' for an
+// empty range). Bytes are shown in kNrvBytesEscaped, the carets following
+// them; an expression too wide to show whole is cut to a window around the
+// range, "..." where it is cut. The caret line has no trailing blanks.
+void NrvShowCulprit(const char* pszExpression, size_t nOffset, size_t nLength, std::string* pLine,
+                    std::string* pCarets);
+
 // Length of the valid UTF-8 sequence (no overlong form, no surrogate, at
 // most U+10FFFF) that starts at p[0..n), or 0 when none does.
 size_t NrvUtf8SequenceLength(const unsigned char* p, size_t n);

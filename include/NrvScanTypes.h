@@ -1,10 +1,11 @@
 // Types shared between the scanning library and its data-editing engine:
 // result codes, the symbology identifiers and the decoded-data record.
+// Valid C99 as well as C++: the C interface (NrvDataEdit.h) includes it.
 #ifndef NRV_SCAN_TYPES_H
 #define NRV_SCAN_TYPES_H
 
-#include <cstddef>
-#include <cstdint>
+#include <stddef.h>
+#include <stdint.h>
 
 // Result of every fallible call. Zero or above is success; callers test the
 // sign only, so a positive informational code is a success as well.
@@ -29,12 +30,26 @@ typedef int64_t NRVRESULT;
 // A GS1 command was given a text that is not a valid GS1 message (an
 // unknown AI, a wrong length, character, check digit, date, ...).
 #define NRV_ERR_GS1_INVALID ((NRVRESULT)-63)
+// The C interface's own: an allocation failed, and the call did nothing
+// (the C++ classes let std::bad_alloc through instead).
+#define NRV_ERR_OUT_OF_MEMORY ((NRVRESULT)-64)
+// The C interface's own: the caller's buffer cannot hold the result; the
+// size it needs is reported.
+#define NRV_ERR_BUFFER_TOO_SMALL ((NRVRESULT)-65)
+// The C interface's own: a rules file or text that cannot be read, that
+// holds errors, or that this build cannot read (built without toml++).
+#define NRV_ERR_RULES_FILE ((NRVRESULT)-66)
 
 #define NRV_SUCCEEDED(result) ((result) >= 0)
 #define NRV_FAILED(result) ((result) < 0)
 
-// The values are part of the library's interface: never reorder.
+// The values are part of the library's interface: never reorder. (In C the
+// enumeration is an int, 32 bits on every platform the library supports.)
+#ifdef __cplusplus
 enum ENrvScanSymbologyID : int32_t {
+#else
+enum ENrvScanSymbologyID {
+#endif
     kNrvScanSymbologyNotSpecified = 0,
     kNrvScanSymbologyAustraliaPost,
     kNrvScanSymbologyAztec,
@@ -83,19 +98,20 @@ enum ENrvScanSymbologyID : int32_t {
     kNrvScanSymbologyUspsIntelligentMail,
     kNrvScanSymbologyDirectPartMarking,
     kNrvScanSymbologyHanXin,
-    kNrvScanSymbologyLastSymbologyID  // count marker, not a symbology
+    kNrvScanSymbologyLastSymbologyID  /* count marker, not a symbology */
 };
+typedef enum ENrvScanSymbologyID ENrvScanSymbologyID;
 
 // A byte text with its length; it may hold zero bytes.
-struct TNrvScanString {
+typedef struct TNrvScanString {
     size_t nLength;
     char* pValue;
-};
+} TNrvScanString;
 
-struct TNrvScanDecodedData {
+typedef struct TNrvScanDecodedData {
     ENrvScanSymbologyID SymbologyID;
     TNrvScanString SymbologyName;
     TNrvScanString String;
-};
+} TNrvScanDecodedData;
 
 #endif  // NRV_SCAN_TYPES_H

@@ -16,11 +16,6 @@ const char* const kRed = "\033[1;31m";
 const char* const kGreen = "\033[1;32m";
 const char* const kReset = "\033[0m";
 
-// The widest the expression is shown, and how much of it before the range
-// when it must be cut.
-const size_t kShownWidth = 100;
-const size_t kContextBefore = 30;
-
 std::string Painted(const std::string& text, const char* pszColor, bool bColor)
 {
     return bColor ? pszColor + text + kReset : text;
@@ -97,27 +92,6 @@ void AppendNode(const TNrvExplainNode& node, size_t nDepth, const TNrvExplanatio
         pOut->append(2 * (nDepth + 2), ' ') += "AI ... (more elements)\n";
 }
 
-// The bytes [*pnFirst, *pnLast) of an expression to show around the byte at
-// nOffset: all of them when they fit, otherwise some context before it and
-// as much after as fits.
-void ShownWindow(const std::vector<std::string>& shown, size_t nOffset, size_t* pnFirst, size_t* pnLast)
-{
-    size_t nFirst = nOffset, nWidth = 0;
-    while (nFirst > 0 && nWidth + shown[nFirst - 1].size() <= kContextBefore)
-        nWidth += shown[--nFirst].size();
-    size_t nTotal = 0;
-    for (const std::string& piece : shown)
-        nTotal += piece.size();
-    if (nTotal <= kShownWidth)
-        nFirst = 0;
-    size_t nLast = nFirst;
-    for (size_t nUsed = 0;
-         nLast < shown.size() && (nTotal <= kShownWidth || nUsed + shown[nLast].size() <= kShownWidth); ++nLast)
-        nUsed += shown[nLast].size();
-    *pnFirst = nFirst;
-    *pnLast = nLast;
-}
-
 }  // namespace
 
 bool UseColor(EColor color, int fd)
@@ -135,37 +109,12 @@ std::string FormatParseError(const char* pszExpression, const TNrvDiagnostic& di
 {
     std::string message = Painted("nrv-edit:", kBold, bColor) + " " + Painted("error:", kRed, bColor) + " " +
                           Said(diagnostic.message) + " " + CodeSuffix(diagnostic.nCode) + "\n";
-    // Each byte as shown, so that the carets fall under what is shown.
-    const size_t nLength = strlen(pszExpression);
-    std::vector<std::string> shown(nLength);
-    for (size_t i = 0; i < nLength; ++i)
-        NrvAppendEscaped(pszExpression + i, 1, &shown[i]);
-    const size_t nOffset = std::min(diagnostic.nOffset, nLength);
-    const size_t nEnd = std::min(nOffset + diagnostic.nLength, nLength);
-    size_t nFirst = 0, nLast = 0;
-    ShownWindow(shown, nOffset, &nFirst, &nLast);
-
-    std::string line = "  ", carets = "  ";
-    if (nFirst > 0) {
-        line += "...";
-        carets += "   ";
-    }
-    for (size_t i = nFirst; i < nLast; ++i) {
-        line += shown[i];
-        if (i == nOffset)
-            carets += '^';  // also for an empty range, where it lies
-        carets.append(shown[i].size() - (i == nOffset ? 1 : 0), i >= nOffset && i < nEnd ? '~' : ' ');
-    }
-    if (nOffset == nLast)  // an empty range at the end of what is shown
-        carets += '^';
-    if (nLast < nLength)
-        line += "...";
-    while (!carets.empty() && carets.back() == ' ')
-        carets.pop_back();
+    std::string line, carets;
+    NrvShowCulprit(pszExpression, diagnostic.nOffset, diagnostic.nLength, &line, &carets);
     const size_t nMarks = carets.find_first_not_of(' ');
     if (nMarks != std::string::npos)
         carets = carets.substr(0, nMarks) + Painted(carets.substr(nMarks), kGreen, bColor);
-    return message + line + "\n" + carets + "\n";
+    return message + "  " + line + "\n  " + carets + "\n";
 }
 
 std::string FormatScanFailure(unsigned long long nScan, const TNrvDiagnostic& failure, const std::string& context)

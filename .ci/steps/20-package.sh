@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Installs the library to a temporary prefix and builds and runs the two
-# consumer examples against it (CMake package and pkg-config), then builds
-# the CMake consumer once more with the library added as a subdirectory.
+# consumer examples against it (CMake package and pkg-config), the C
+# interface's consumers (a C program found both ways, the README's C
+# example), then builds the CMake consumer once more with the library added
+# as a subdirectory.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 src=$PWD
@@ -21,6 +23,7 @@ cmake --install build-pkg --prefix "$prefix" >/dev/null
 
 for f in lib/libnrvdataedit.a include/nrv/NrvDataEditingProfile.h include/nrv/NrvDiagnostics.h \
          include/nrv/NrvScanTypes.h include/nrv/NrvResultCodes.h lib/pkgconfig/nrvdataedit.pc \
+         lib/libnrvdataedit-c.a include/nrv/NrvDataEdit.h lib/pkgconfig/nrvdataedit-c.pc \
          lib/cmake/NrvDataEditing/NrvDataEditingConfig.cmake \
          lib/cmake/NrvDataEditing/NrvDataEditingConfigVersion.cmake; do
   [ -f "$prefix/$f" ] || { echo "missing from the install: $f" >&2; exit 1; }
@@ -46,6 +49,12 @@ done
 awk '/^```cpp$/ { on = 1; next } on && /^```$/ { exit } on' README.md |
   ${CXX:-c++} -std=c++17 -Wall -Wextra -Werror -fsyntax-only -I"$prefix/include/nrv" -x c++ -
 
+# The C interface's header is C99 (and C++, as checked above).
+for std in c99 c11; do
+  echo '#include "NrvDataEdit.h"' | ${CC:-gcc} -std=$std -Wall -Wextra -pedantic -Werror -fsyntax-only \
+    -I"$prefix/include/nrv" -x c - || { echo "NrvDataEdit.h is not warning-free $std" >&2; exit 1; }
+done
+
 echo "-- consumer-cmake (find_package)"
 cmake -S examples/consumer-cmake -B "$work/consumer-cmake" ${generator[@]+"${generator[@]}"} \
   -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_FLAGS="-Wall -Wextra -Werror" >/dev/null
@@ -64,6 +73,39 @@ out=$(printf 'AB1234\r\n\nXY' | "$work/consumer-pkgconfig/nrv_filter" '[{Decoded
 printf '%s\n' "$out"
 expected=$(printf '[AB1234]\t0\n[]\t0\n[XY]\t0')
 [ "$out" = "$expected" ] || { echo "consumer-pkgconfig printed something else" >&2; exit 1; }
+
+echo "-- the C interface: a C program through find_package (Nrv::DataEditC) and pkg-config (nrvdataedit-c)"
+mkdir "$work/consumer-c"
+cat >"$work/consumer-c/CMakeLists.txt" <<EOF_CMAKE
+cmake_minimum_required(VERSION 3.16)
+project(NrvConsumerC LANGUAGES C)
+find_package(NrvDataEditing 1.0 CONFIG REQUIRED)
+add_executable(edit_scans "$src/examples/edit_scans.c")
+set_target_properties(edit_scans PROPERTIES C_STANDARD 99 C_EXTENSIONS OFF)
+target_link_libraries(edit_scans PRIVATE Nrv::DataEditC)
+EOF_CMAKE
+cmake -S "$work/consumer-c" -B "$work/consumer-c/build" ${generator[@]+"${generator[@]}"} \
+  -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_C_FLAGS="-Wall -Wextra -pedantic -Werror" >/dev/null
+cmake --build "$work/consumer-c/build"
+PKG_CONFIG_PATH="$prefix/lib/pkgconfig" ${CC:-gcc} -std=c99 -Wall -Wextra -pedantic -Werror examples/edit_scans.c \
+  $(PKG_CONFIG_PATH="$prefix/lib/pkgconfig" pkg-config --cflags --libs nrvdataedit-c) -o "$work/consumer-c/pc"
+for program in "$work/consumer-c/build/edit_scans" "$work/consumer-c/pc"; do
+  status=0
+  out=$(printf 'AB1234\r\nXY\nA\n' | "$program" '[{TruncateFromBeginning({DecodedDataWithoutTrailer()},2)}]' \
+          starts-with=A 2>"$work/consumer-c/stderr") || status=$?
+  expected=$(printf '[1234]\nXY\nA')
+  [ "$out" = "$expected" ] && [ $status = 1 ] && grep -q '^edit_scans: scan 3: TruncateFromBeginning: ' "$work/consumer-c/stderr" ||
+    { echo "$program printed '$out' (status $status)" >&2; cat "$work/consumer-c/stderr" >&2; exit 1; }
+done
+# The README's C example, a whole program, compiles as shown and runs.
+awk '/^```c$/ { on = 1; next } on && /^```$/ { exit } on' README.md >"$work/consumer-c/readme.c"
+PKG_CONFIG_PATH="$prefix/lib/pkgconfig" ${CC:-gcc} -std=c99 -Wall -Wextra -pedantic -Werror "$work/consumer-c/readme.c" \
+  $(PKG_CONFIG_PATH="$prefix/lib/pkgconfig" pkg-config --cflags --libs nrvdataedit-c) -o "$work/consumer-c/readme"
+status=0
+out=$("$work/consumer-c/readme" 2>"$work/consumer-c/stderr") || status=$?
+[ "$out" = "$(printf 'AB1234 -> Code: 1234\nXY5678 -> XY5678')" ] && [ $status = 1 ] &&
+  grep -q '^AB: TruncateFromBeginning: count 2 is not less than the length 2' "$work/consumer-c/stderr" ||
+  { echo "the README's C example printed '$out' (status $status)" >&2; cat "$work/consumer-c/stderr" >&2; exit 1; }
 
 if [ -f build-pkg/rules/libnrvrules.a ]; then
   echo "-- rules library (find_package Nrv::Rules, pkg-config nrvrules)"
