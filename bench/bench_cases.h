@@ -14,6 +14,7 @@
 #include <string_view>
 #include <vector>
 
+#include "NrvCommandTable.h"
 #include "bench_scans.h"
 
 namespace nrvbench {
@@ -275,19 +276,21 @@ inline std::vector<ParseCase> ParseCases()
     };
 }
 
-// One expression per command for the growth curves, each over the growth
-// scan of the size measured. Searched texts ('~', '^') never occur in the
-// scan, so every search runs to its end: the worst case.
+// One expression per command of the command table for the growth curves,
+// each over the growth scan of the size measured. A command listed in
+// kWorstCases is measured in its worst case (searched texts, '~' and '^',
+// never occur in the scan, so every search runs to its end); any other with
+// its sample call over the scan.
 struct GrowthCase {
-    const char* pszCommand;
-    const char* pszExpression;
+    std::string command;
+    std::string expression;
     bool bHexScan;        // EscapeCharacter reads hexadecimal digits
     size_t nMinimumSize;  // the smallest scan the command accepts
 };
 
 inline std::vector<GrowthCase> GrowthCases()
 {
-    return {
+    static const GrowthCase kWorstCases[] = {
         {"DecodedData", "{DecodedData()}", false, 1},
         {"DecodedDataWithoutTrailer", "{DecodedDataWithoutTrailer()}", false, 1},
         {"TruncateFromBeginning", "{TruncateFromBeginning({DecodedData()},0)}", false, 1},
@@ -307,6 +310,23 @@ inline std::vector<GrowthCase> GrowthCases()
         {"Substring", "{Substring({DecodedData()},0,-1)}", false, 1},
         {"Extract", "{Extract({DecodedData()},~,^)}", false, 1},
     };
+    std::vector<GrowthCase> cases;
+    size_t nCount = 0;
+    const TNrvCommandInfo* pTable = NrvGetCommandTable(&nCount);
+    for (size_t i = 0; i < nCount; ++i) {
+        const TNrvCommandInfo& row = pTable[i];
+        const GrowthCase* pWorst = nullptr;
+        for (const GrowthCase& worst : kWorstCases)
+            pWorst = worst.command == row.pszName ? &worst : pWorst;
+        if (pWorst != nullptr) {
+            cases.push_back(*pWorst);
+            continue;
+        }
+        // The sample edits any scan at least as long as its own sample scan
+        // (8 bytes); it reads the scan where its first text does.
+        cases.push_back({row.pszName, row.pszSample, false, 64});
+    }
+    return cases;
 }
 
 }  // namespace nrvbench

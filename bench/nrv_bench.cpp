@@ -113,12 +113,12 @@ struct EditSink {
 void RegisterGrowth()
 {
     for (const GrowthCase& c : GrowthCases()) {
-        const std::string name = std::string("growth/") + c.pszCommand;
+        const std::string name = "growth/" + c.command;
         const GrowthCase growth = c;
         auto* pBenchmark = benchmark::RegisterBenchmark(name.c_str(), [growth](benchmark::State& state) {
             const size_t nSize = static_cast<size_t>(state.range(0));
             const std::string scan = growth.bHexScan ? GrowthHexScan(nSize) : GrowthScan(nSize);
-            EngineEdit engine(scan, growth.pszExpression);
+            EngineEdit engine(scan, growth.expression.c_str());
             if (engine.Run() < 0) {
                 state.SkipWithError("edit failed");
                 return;

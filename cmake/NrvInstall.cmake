@@ -20,12 +20,36 @@ set(NRV_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/${NRV_PACKAGE_NAME}"
 # against the source tree ("NrvDataEditingProfile.h") work unchanged.
 set(NRV_INSTALL_INCLUDEDIR "${CMAKE_INSTALL_INCLUDEDIR}/nrv")
 
-file(GLOB NRV_PUBLIC_HEADERS
-  "${PROJECT_SOURCE_DIR}/include/*.h"
-  "${PROJECT_SOURCE_DIR}/utilities/*.h"
-  "${PROJECT_SOURCE_DIR}/engine/*.h"
+# The library's interface, by name: what a host includes, and what those
+# include. Every other header is private to the build and may change in any
+# release (the README says which are which; .ci/steps/20-package.sh checks
+# that each of these compiles alone from the install and that no other is
+# installed).
+set(NRV_PUBLIC_HEADERS
+  # The scan record, the symbologies, NRVRESULT and the codes; their names and meanings.
+  include/NrvScanTypes.h
+  include/NrvResultCodes.h
+  # The profile (with the list it holds), its limits, and the parser's trace.
+  engine/NrvDataEditingProfile.h
+  utilities/NrvList.h
+  engine/NrvLimits.h
+  engine/NrvTrace.h
+  # The command table: names, parameters, samples, the reserved index values.
+  engine/NrvCommandTable.h
+  # The settings of a profile: its triggers and limits as people write them.
+  engine/NrvSettings.h
+  # Where and why an expression fails, and what each node yields; as JSON.
+  engine/NrvDiagnostics.h
+  engine/NrvParseDiagnosis.h
+  engine/NrvExplain.h
+  engine/NrvJson.h
+  engine/NrvShownBytes.h
+  # GS1 element strings: the AI table and the reader.
+  engine/NrvGs1.h
+  # Ordered rules.
+  engine/NrvRuleSet.h
 )
-list(SORT NRV_PUBLIC_HEADERS)
+list(TRANSFORM NRV_PUBLIC_HEADERS PREPEND "${PROJECT_SOURCE_DIR}/")
 
 # Consumers see Nrv::DataEditing both through the package and, via the
 # alias, through add_subdirectory.
@@ -50,7 +74,7 @@ if(TARGET nrvrules)
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT Development
     INCLUDES DESTINATION ${NRV_INSTALL_INCLUDEDIR}
   )
-  install(FILES "${PROJECT_SOURCE_DIR}/rules/NrvRulesFile.h"
+  install(FILES "${PROJECT_SOURCE_DIR}/rules/NrvRulesFile.h" "${PROJECT_SOURCE_DIR}/rules/NrvRuleTests.h"
     DESTINATION ${NRV_INSTALL_INCLUDEDIR}
     COMPONENT Development
   )

@@ -66,40 +66,21 @@ bool IsNonPrintable(char c)
 
 }  // namespace
 
-NRVRESULT CNrvOperationMakeUpperCase::Run(CNrvOperationResult& Result) const
+NRVRESULT CNrvOperationMakeCase::Compute(CNrvOperationResult& Result, CNrvOperationResult& Text) const
 {
-    CNrvOperationResult Text;
-    const NRVRESULT result = RunParameters(&Text, 1);
-    if (result < 0)
-        return result;
-    const NRVRESULT limits = CheckCopyLimits(Text);
-    if (limits < 0)
-        return limits;
-    return WriteConvertedCase<true>(TextOf(Text), Text.GetResultStringLength(), Result);
+    const char* pszText = TextOf(Text);
+    const size_t nLength = Text.GetResultStringLength();
+    return Variant() == kUpper ? WriteConvertedCase<true>(pszText, nLength, Result)
+                               : WriteConvertedCase<false>(pszText, nLength, Result);
 }
 
-NRVRESULT CNrvOperationMakeLowerCase::Run(CNrvOperationResult& Result) const
+NRVRESULT CNrvOperationReplaceNonPrintableCharacters::Compute(CNrvOperationResult& Result, CNrvOperationResult& Text,
+                                                              CNrvOperationResult& Replacement) const
 {
-    CNrvOperationResult Text;
-    const NRVRESULT result = RunParameters(&Text, 1);
-    if (result < 0)
-        return result;
-    const NRVRESULT limits = CheckCopyLimits(Text);
-    if (limits < 0)
-        return limits;
-    return WriteConvertedCase<false>(TextOf(Text), Text.GetResultStringLength(), Result);
-}
-
-NRVRESULT CNrvOperationReplaceNonPrintableCharacters::Run(CNrvOperationResult& Result) const
-{
-    CNrvOperationResult Params[2];
-    const NRVRESULT result = RunParameters(Params, 2);
-    if (result < 0)
-        return result;
-    const char* pszText = TextOf(Params[0]);
-    const size_t nText = Params[0].GetResultStringLength();
-    const char* pszReplacement = TextOf(Params[1]);
-    const size_t nReplacement = Params[1].GetResultStringLength();
+    const char* pszText = TextOf(Text);
+    const size_t nText = Text.GetResultStringLength();
+    const char* pszReplacement = TextOf(Replacement);
+    const size_t nReplacement = Replacement.GetResultStringLength();
 
     // First pass sizes the result exactly, so the buffer is taken once.
     size_t nNonPrintable = 0;

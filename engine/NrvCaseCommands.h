@@ -1,32 +1,30 @@
 #ifndef NRV_CASE_COMMANDS_H
 #define NRV_CASE_COMMANDS_H
 
-// Byte-wise rewriting: letter case and non-printable bytes.
+// Byte-wise rewriting: letter case (MakeUpperCase, MakeLowerCase) and
+// non-printable bytes (ReplaceNonPrintableCharacters).
 
 #include "NrvCommand.h"
 
-class CNrvOperationMakeUpperCase : public CNrvCommand<CNrvOperationMakeUpperCase> {
+class CNrvOperationMakeCase : public CNrvCommand<CNrvOperationMakeCase> {
 public:
-    static constexpr const char* kName = "MakeUpperCase";
-    explicit CNrvOperationMakeUpperCase(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
-    NRVRESULT Run(CNrvOperationResult& Result) const override;
+    enum { kUpper, kLower };  // the row's variant
+    using CNrvCommand::CNrvCommand;
+    NRVRESULT Compute(CNrvOperationResult& Result, CNrvOperationResult& Text) const;
 };
-class CNrvOperationFactoryMakeUpperCase : public CNrvOperationFactoryOf<CNrvOperationMakeUpperCase> {};
-
-class CNrvOperationMakeLowerCase : public CNrvCommand<CNrvOperationMakeLowerCase> {
-public:
-    static constexpr const char* kName = "MakeLowerCase";
-    explicit CNrvOperationMakeLowerCase(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
-    NRVRESULT Run(CNrvOperationResult& Result) const override;
-};
-class CNrvOperationFactoryMakeLowerCase : public CNrvOperationFactoryOf<CNrvOperationMakeLowerCase> {};
 
 class CNrvOperationReplaceNonPrintableCharacters : public CNrvCommand<CNrvOperationReplaceNonPrintableCharacters> {
 public:
-    static constexpr const char* kName = "ReplaceNonPrintableCharacters";
-    explicit CNrvOperationReplaceNonPrintableCharacters(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
-    NRVRESULT Run(CNrvOperationResult& Result) const override;
+    using CNrvCommand::CNrvCommand;
+    NRVRESULT Compute(CNrvOperationResult& Result, CNrvOperationResult& Text, CNrvOperationResult& Replacement) const;
 };
-class CNrvOperationFactoryReplaceNonPrintableCharacters : public CNrvOperationFactoryOf<CNrvOperationReplaceNonPrintableCharacters> {};
+
+// Each command's operation and factory by the command's name; twins are
+// one class, told apart by their rows.
+using CNrvOperationMakeUpperCase = CNrvOperationMakeCase;
+using CNrvOperationMakeLowerCase = CNrvOperationMakeCase;
+using CNrvOperationFactoryMakeUpperCase = CNrvOperationFactoryOf<CNrvOperationMakeCase>;
+using CNrvOperationFactoryMakeLowerCase = CNrvOperationFactoryOf<CNrvOperationMakeCase>;
+using CNrvOperationFactoryReplaceNonPrintableCharacters = CNrvOperationFactoryOf<CNrvOperationReplaceNonPrintableCharacters>;
 
 #endif  // NRV_CASE_COMMANDS_H

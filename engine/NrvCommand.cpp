@@ -2,11 +2,11 @@
 
 #include <cstdint>
 
-#include "NrvDiagnostics.h"
+#include "NrvResultCodes.h"
 
-bool CNrvCommandOperation::CheckParametersAgainst(const TNrvCommandInfo& row) const
+bool CNrvCommandOperation::CheckIfParametersAreCorrect() const
 {
-    const size_t nCount = row.nParameterCount;
+    const size_t nCount = m_pRow->nParameterCount;
     if (static_cast<size_t>(m_OperationsList.GetCount()) != nCount)
         return false;
     TNrvPosition position = m_OperationsList.GetHeadPosition();
@@ -15,24 +15,28 @@ bool CNrvCommandOperation::CheckParametersAgainst(const TNrvCommandInfo& row) co
         if (m_OperationsList.GetNext(&position, &pData) < 0)
             return false;
         const CNrvOperation* pParameter = static_cast<const CNrvOperation*>(pData);
-        const bool bFits = row.pParameters[i].nKind == CNrvOperationResult::typeInt
-                               ? pParameter->CanResultBeAnInteger()
-                               : pParameter->CanResultBeAString();
+        const bool bFits = m_pRow->pParameters[i].nKind == kNrvKindNumber ? pParameter->CanResultBeAnInteger()
+                                                                          : pParameter->CanResultBeAString();
         if (!bFits)
             return false;
     }
     return true;
 }
 
+NRVRESULT CNrvCommandOperation::ChargeCopiedParameters(CNrvOperationResult* pParameters) const
+{
+    const unsigned nCopied = m_pRow->nCopiedParameters;
+    size_t nSize = 0;
+    for (unsigned i = 0; (nCopied >> i) != 0; ++i) {
+        if (((nCopied >> i) & 1u) != 0)
+            nSize += pParameters[i].GetResultStringLength();
+    }
+    return m_pDataEditing->ChargeWork(nSize, nSize);
+}
+
 std::string CNrvCommandOperation::DescribeFailure(NRVRESULT nCode, CNrvOperationResult*) const
 {
     return NrvDescribeCode(nCode);
-}
-
-std::string NrvDescribeCode(NRVRESULT nCode)
-{
-    const char* pszMeaning = NrvResultCodeMeaning(nCode);
-    return pszMeaning != nullptr ? pszMeaning : "failed with code " + std::to_string(static_cast<long long>(nCode));
 }
 
 int NrvIntegerOf(const CNrvOperationResult& Value)

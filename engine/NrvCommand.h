@@ -1,12 +1,15 @@
-// What every named command shares: its parameter count, its parameter check
-// and its result type all come from its row of the command table, so that a
-// command class holds only its name, its Run and the sentence that says why
-// a Run failed.
+// What every named command shares. A command is its row of the command
+// table and its body: the row gives the parameter count, the parameter
+// check, the result type and the limits the frame checks; the body, a
+// class's Compute, computes the result from the parameters' values. The
+// frame around it (run the parameters, check the row's limits, compute)
+// is written once, here.
 #ifndef NRV_COMMAND_H
 #define NRV_COMMAND_H
 
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include "NrvCommandTable.h"
 #include "NrvOperationBase.h"
@@ -15,7 +18,17 @@
 class CNrvCommandOperation : public CNrvOperation {
 public:
     // The command's row of the command table.
-    virtual const TNrvCommandInfo& GetCommandInfo() const = 0;
+    const TNrvCommandInfo& GetCommandInfo() const { return *m_pRow; }
+
+    size_t GetParameterCount() const override { return m_pRow->nParameterCount; }
+    // Exactly one parameter per entry of the row, each of a type its
+    // position takes.
+    bool CheckIfParametersAreCorrect() const override;
+    int GetResultType() const override { return m_pRow->nResultType; }
+
+    // A new command of the same row and profile, without parameters: for
+    // explanations, which give it parameters of their own. The caller owns it.
+    virtual CNrvCommandOperation* NewSameCommand() const = 0;
 
     // Why Run returned nCode although every parameter ran, said with the
     // parameters' values (pParameters holds one record per parameter),
@@ -24,11 +37,27 @@ public:
     virtual std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const;
 
 protected:
-    explicit CNrvCommandOperation(CNrvDataEditingProfile* pDataEditing) : CNrvOperation(pDataEditing) {}
+    CNrvCommandOperation(CNrvDataEditingProfile* pDataEditing, const TNrvCommandInfo& row)
+        : CNrvOperation(pDataEditing), m_pRow(&row)
+    {
+    }
 
-    // Exactly one parameter per entry of the row, each of a type its
-    // position takes.
-    bool CheckParametersAgainst(const TNrvCommandInfo& row) const;
+    // The row's variant, which tells apart the commands that share a body.
+    int Variant() const { return m_pRow->nVariant; }
+
+    // The frame's limit check: a copy of the parameters the row names.
+    // Without limits, or for a row that names none, the lengths are not
+    // read. A command is made by its factory, which refuses a null profile.
+    NRVRESULT CheckCopiedParameters(CNrvOperationResult* pParameters) const
+    {
+        return !m_pDataEditing->HasLimits() || m_pRow->nCopiedParameters == 0 ? NRV_OK
+                                                                              : ChargeCopiedParameters(pParameters);
+    }
+
+private:
+    NRVRESULT ChargeCopiedParameters(CNrvOperationResult* pParameters) const;
+
+    const TNrvCommandInfo* m_pRow;
 };
 
 // For DescribeFailure: a parameter's integer as a signed 32-bit value, and
@@ -36,28 +65,60 @@ protected:
 // "index -5 is negative", "count 20 is not less than the length 3 of the text".
 int NrvIntegerOf(const CNrvOperationResult& Value);
 std::string NrvDescribePositionFailure(const char* pszName, int nValue, size_t nTextLength);
-// What a result code means, for a failure no command describes better.
-std::string NrvDescribeCode(NRVRESULT nCode);
 
-// The base of each command class TCommand, which names itself with
-// static constexpr const char* kName. The row is found once per class and
-// kept in no operation, so a command is no larger than any operation.
+// The number of parameters a body takes: the arguments of its Compute
+// after the record it writes.
+template <class TCommand, class... TParameters>
+constexpr size_t NrvBodyParameterCount(NRVRESULT (TCommand::*)(CNrvOperationResult&, TParameters...) const)
+{
+    return sizeof...(TParameters);
+}
+
+// The base of each command class TCommand, whose body is
+//   NRVRESULT Compute(CNrvOperationResult& Result, CNrvOperationResult& First, ...) const;
+// with one record per parameter, each holding that parameter's value.
+// Compute is called without a virtual call, and its parameters' records
+// live on the stack of Run.
 template <class TCommand>
 class CNrvCommand : public CNrvCommandOperation {
 public:
-    size_t GetParameterCount() const override { return Row().nParameterCount; }
-    bool CheckIfParametersAreCorrect() const override { return CheckParametersAgainst(Row()); }
-    int GetResultType() const override { return Row().nResultType; }
-    const TNrvCommandInfo& GetCommandInfo() const override { return Row(); }
+    CNrvCommand(CNrvDataEditingProfile* pDataEditing, const TNrvCommandInfo& row)
+        : CNrvCommandOperation(pDataEditing, row)
+    {
+    }
 
-protected:
-    explicit CNrvCommand(CNrvDataEditingProfile* pDataEditing) : CNrvCommandOperation(pDataEditing) {}
+    // How many parameters the body takes, which must be the row's count.
+    static constexpr size_t ParameterCount() { return NrvBodyParameterCount(&TCommand::Compute); }
+
+    CNrvCommandOperation* NewSameCommand() const final { return new TCommand(m_pDataEditing, GetCommandInfo()); }
+
+    // The frame: run the parameters in order, stopping at the first
+    // failure and leaving Result as it was; check the limits the row
+    // declares; compute. Run is the body's only caller, so that an
+    // optimised build makes the two one function, as if each command had
+    // written its own frame.
+    NRVRESULT Run(CNrvOperationResult& Result) const final
+    {
+        if constexpr (ParameterCount() == 0) {
+            return Body(nullptr, Result, std::index_sequence<>());
+        } else {
+            CNrvOperationResult parameters[ParameterCount()];
+            NRVRESULT result = RunParameters(parameters, ParameterCount());
+            if (result >= 0)
+                result = CheckCopiedParameters(parameters);
+            if (result < 0)
+                return result;
+            return Body(parameters, Result, std::make_index_sequence<ParameterCount()>());
+        }
+    }
 
 private:
-    static const TNrvCommandInfo& Row()
+    template <size_t... nIndexes>
+    NRVRESULT Body(CNrvOperationResult* pParameters, CNrvOperationResult& Result,
+                   std::index_sequence<nIndexes...>) const
     {
-        static const TNrvCommandInfo* const s_pRow = NrvFindCommandInfo(TCommand::kName, strlen(TCommand::kName));
-        return *s_pRow;
+        (void)pParameters;  // a command without parameters reads none
+        return static_cast<const TCommand*>(this)->Compute(Result, pParameters[nIndexes]...);
     }
 };
 

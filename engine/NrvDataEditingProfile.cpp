@@ -96,13 +96,18 @@ void CNrvDataEditingProfile::RemoveAllOperations()
 
 NRVRESULT CNrvDataEditingProfile::Parse(const char* pszExpression)
 {
+    return Parse(pszExpression, nullptr);
+}
+
+NRVRESULT CNrvDataEditingProfile::Parse(const char* pszExpression, CNrvParseObserver* pObserver)
+{
     if (pszExpression == nullptr)
         return NRV_ERR_INVALID_PARAMETER;
     RemoveAllOperations();
     CNrvParsingString expression(pszExpression);
     try {
         m_ParseResult = CNrvOperation::Parse(this, CNrvOperationDictionary::GetLibraryDictionary(), kDelimiterOpen,
-                                             kDelimiterClose, &expression, &m_Operations);
+                                             kDelimiterClose, &expression, &m_Operations, pObserver);
     } catch (...) {
         // Never leave a half-built tree that Edit would run.
         RemoveAllOperations();
@@ -148,9 +153,7 @@ NRVRESULT CNrvDataEditingProfile::Edit(TNrvScanDecodedData* pDecodedData)
     if (!CheckIfTriggerConditionAreMet(pDecodedData))
         return NRV_OK_NOT_TRIGGERED;
 
-    if (m_bLimits)
-        StartWorkBudget(pDecodedData->String.nLength);
-    NRVRESULT result = WriteOriginalDecodedData(pDecodedData->String.pValue, pDecodedData->String.nLength);
+    NRVRESULT result = PrepareRun(pDecodedData->String.pValue, pDecodedData->String.nLength);
     if (result < 0)
         return result;
 

@@ -6,6 +6,8 @@
 #include "NrvList.h"
 #include "NrvScanTypes.h"
 
+class CNrvParseObserver;
+
 // Holds one parsed expression and the trigger conditions, and applies the
 // expression to each decoded-data record handed to Edit. Commands are written
 // between kDelimiterOpen and kDelimiterClose. One thread at a time.
@@ -22,6 +24,9 @@ public:
     // Replaces the expression. On failure returns the parser's code, and Edit
     // refuses to run with that code until an expression parses.
     NRVRESULT Parse(const char* pszExpression);
+    // The same, telling pObserver what the parser makes and where it stops
+    // (the diagnostics' way in; an ordinary parse passes none).
+    NRVRESULT Parse(const char* pszExpression, CNrvParseObserver* pObserver);
     // When the triggers hold, replaces the record's String with the edited
     // data: a zero-terminated buffer that the profile owns until the next
     // Edit, the next Parse or its destruction. Returns NRV_OK_NOT_TRIGGERED
@@ -55,9 +60,17 @@ public:
     // Checks a result of nResultSize bytes against the largest text and
     // takes nWork from the edit's budget.
     NRVRESULT ChargeWork(size_t nResultSize, size_t nWork);
-    // Gives the scan of the last edit its whole work budget again, for
-    // explanations that run the expression's operations one by one.
-    void RestartWorkBudget() { StartWorkBudget(m_nOriginalDecodedDataLength); }
+    // What Edit does before it runs the expression: keeps nLength bytes of
+    // pData as the decoded data the commands read and gives the edit its
+    // whole work budget. For explanations, which run the expression's
+    // operations themselves; NRV_ERR_INVALID_PARAMETER for null data of
+    // non-zero length.
+    NRVRESULT PrepareRun(const char* pData, size_t nLength)
+    {
+        if (m_bLimits)
+            StartWorkBudget(nLength);
+        return WriteOriginalDecodedData(pData, nLength);
+    }
 
     // The decoded data of the record being edited, read by the commands.
     const char* GetOriginalDecodedData() const { return m_pszOriginalDecodedData; }

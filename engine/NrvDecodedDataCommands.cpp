@@ -12,24 +12,17 @@ bool IsTrailerByte(char c)
 
 }  // namespace
 
-NRVRESULT CNrvOperationDecodedData::Run(CNrvOperationResult& Result) const
+NRVRESULT CNrvOperationDecodedData::Compute(CNrvOperationResult& Result) const
 {
     const char* pszData = m_pDataEditing->GetOriginalDecodedData();
     const size_t nLength = m_pDataEditing->GetOriginalDecodedDataLength();
-    const NRVRESULT limits = CheckLimits(nLength, nLength);
-    if (limits < 0)
-        return limits;
-    return Result.WriteResult(pszData, nLength);
-}
-
-NRVRESULT CNrvOperationDecodedDataWithoutTrailer::Run(CNrvOperationResult& Result) const
-{
-    const char* pszData = m_pDataEditing->GetOriginalDecodedData();
-    size_t nKept = m_pDataEditing->GetOriginalDecodedDataLength();
+    size_t nKept = nLength;
     // Data made only of trailer bytes, or none at all, keeps nothing.
-    while (nKept > 0 && IsTrailerByte(pszData[nKept - 1]))
-        --nKept;
-    const NRVRESULT limits = CheckLimits(nKept, m_pDataEditing->GetOriginalDecodedDataLength());
+    if (Variant() == kWithoutTrailer) {
+        while (nKept > 0 && IsTrailerByte(pszData[nKept - 1]))
+            --nKept;
+    }
+    const NRVRESULT limits = CheckLimits(nKept, nLength);
     if (limits < 0)
         return limits;
     return Result.WriteResult(pszData, nKept);

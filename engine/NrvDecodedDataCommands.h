@@ -1,24 +1,22 @@
 #ifndef NRV_DECODED_DATA_COMMANDS_H
 #define NRV_DECODED_DATA_COMMANDS_H
 
-// Commands that bring the scanned data into an expression.
+// DecodedData and DecodedDataWithoutTrailer: the scan's bytes, whole or
+// without the control bytes at its end.
 
 #include "NrvCommand.h"
 
 class CNrvOperationDecodedData : public CNrvCommand<CNrvOperationDecodedData> {
 public:
-    static constexpr const char* kName = "DecodedData";
-    explicit CNrvOperationDecodedData(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
-    NRVRESULT Run(CNrvOperationResult& Result) const override;
+    enum { kWhole, kWithoutTrailer };  // the row's variant
+    using CNrvCommand::CNrvCommand;
+    NRVRESULT Compute(CNrvOperationResult& Result) const;
 };
-class CNrvOperationFactoryDecodedData : public CNrvOperationFactoryOf<CNrvOperationDecodedData> {};
 
-class CNrvOperationDecodedDataWithoutTrailer : public CNrvCommand<CNrvOperationDecodedDataWithoutTrailer> {
-public:
-    static constexpr const char* kName = "DecodedDataWithoutTrailer";
-    explicit CNrvOperationDecodedDataWithoutTrailer(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
-    NRVRESULT Run(CNrvOperationResult& Result) const override;
-};
-class CNrvOperationFactoryDecodedDataWithoutTrailer : public CNrvOperationFactoryOf<CNrvOperationDecodedDataWithoutTrailer> {};
+// Each command's operation and factory by the command's name; twins are
+// one class, told apart by their rows.
+using CNrvOperationDecodedDataWithoutTrailer = CNrvOperationDecodedData;
+using CNrvOperationFactoryDecodedData = CNrvOperationFactoryOf<CNrvOperationDecodedData>;
+using CNrvOperationFactoryDecodedDataWithoutTrailer = CNrvOperationFactoryOf<CNrvOperationDecodedData>;
 
 #endif  // NRV_DECODED_DATA_COMMANDS_H

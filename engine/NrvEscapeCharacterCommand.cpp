@@ -15,14 +15,10 @@ signed char ShiftDigitUp(signed char cWork)
 
 }  // namespace
 
-NRVRESULT CNrvOperationEscapeCharacter::Run(CNrvOperationResult& Result) const
+NRVRESULT CNrvOperationEscapeCharacter::Compute(CNrvOperationResult& Result, CNrvOperationResult& Hex) const
 {
-    CNrvOperationResult ResultParam1;
-    const NRVRESULT result = RunParameters(&ResultParam1, 1);
-    if (result < 0)
-        return result;
-    const char* pszEscapeHexa = ResultParam1.GetResultString();
-    const size_t size = ResultParam1.GetResultStringLength();
+    const char* pszEscapeHexa = Hex.GetResultString();
+    const size_t size = Hex.GetResultStringLength();
     if (pszEscapeHexa == nullptr || size == 0)
         return NRV_ERR_OUT_OF_RANGE;
 

@@ -7,11 +7,12 @@
 
 class CNrvOperationEscapeCharacter : public CNrvCommand<CNrvOperationEscapeCharacter> {
 public:
-    static constexpr const char* kName = "EscapeCharacter";
-    explicit CNrvOperationEscapeCharacter(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
-    NRVRESULT Run(CNrvOperationResult& Result) const override;
+    using CNrvCommand::CNrvCommand;
+    NRVRESULT Compute(CNrvOperationResult& Result, CNrvOperationResult& Hex) const;
     std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
-class CNrvOperationFactoryEscapeCharacter : public CNrvOperationFactoryOf<CNrvOperationEscapeCharacter> {};
+
+// Each command's factory by the command's name.
+using CNrvOperationFactoryEscapeCharacter = CNrvOperationFactoryOf<CNrvOperationEscapeCharacter>;
 
 #endif  // NRV_ESCAPE_CHARACTER_COMMAND_H

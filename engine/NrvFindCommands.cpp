@@ -24,76 +24,63 @@ int32_t AsInt32(size_t nValue)
 
 }  // namespace
 
-NRVRESULT CNrvOperationFindFirstFromIndex::Run(CNrvOperationResult& Result) const
+NRVRESULT CNrvOperationFindFromIndex::Compute(CNrvOperationResult& Result, CNrvOperationResult& Text,
+                                              CNrvOperationResult& Start, CNrvOperationResult& Search,
+                                              CNrvOperationResult& Offset) const
 {
-    CNrvOperationResult parameters[4];
-    const NRVRESULT result = RunParameters(parameters, 4);
-    if (result < 0)
-        return result;
-
-    const size_t nStart = parameters[1].GetResultInteger();
-    // A failed search upstream is handed on as it is, offset and all ignored.
+    const size_t nStart = Start.GetResultInteger();
+    // A failed search upstream is handed on as it is, unsearched and
+    // uncharged, the offset ignored.
     if (nStart == kNrvSizeIndexNotFound) {
         Result.SetResult(kNrvIndexNotFound);
-        return result;
+        return NRV_OK;
     }
-    const char* pszText = TextOf(parameters[0]);
-    const char* pszSearchFrom = pszText;
-    if (nStart != kNrvSizeIndexNone) {
-        // Tested against the recorded length, which may run past a zero byte.
-        if (nStart >= parameters[0].GetResultStringLength())
+    return Variant() == kLast ? Find<true>(Result, Text, nStart, Search, Offset)
+                              : Find<false>(Result, Text, nStart, Search, Offset);
+}
+
+template <bool bLast>
+NRVRESULT CNrvOperationFindFromIndex::Find(CNrvOperationResult& Result, CNrvOperationResult& Text, size_t nStart,
+                                           CNrvOperationResult& Search, CNrvOperationResult& Offset) const
+{
+    // The start is tested against the recorded length, which may run past
+    // a zero byte. The forward search refuses a start outside the text
+    // before it charges the search, the backward one after.
+    const size_t nLength = Text.GetResultStringLength();
+    const bool bStartInText = nStart == kNrvSizeIndexNone || nStart < nLength;
+    if constexpr (!bLast) {
+        if (!bStartInText)
             return NRV_ERR_OUT_OF_RANGE;
-        pszSearchFrom = pszText + nStart;
     }
-    NRVRESULT limits = CheckPositionsFit(parameters[0].GetResultStringLength());
+    NRVRESULT limits = CheckPositionsFit(nLength);
     if (limits >= 0)
-        limits = CheckSearchLimits(parameters[0], parameters[2]);
+        limits = CheckSearchLimits(Text, Search);
     if (limits < 0)
         return limits;
-    const char* pszFound = strstr(pszSearchFrom, TextOf(parameters[2]));
-    const int32_t nPosition = pszFound != nullptr ? static_cast<int32_t>(pszFound - pszText) : kNrvIndexNotFound;
+    if constexpr (bLast) {
+        if (!bStartInText)
+            return NRV_ERR_OUT_OF_RANGE;
+    }
+
+    int32_t nFound = kNrvIndexNotFound;
+    if constexpr (bLast) {
+        nFound = FindLast(Text, nStart, Search);
+        if (nStart == kNrvSizeIndexNone) {  // the last occurrence in the text, without the offset
+            Result.SetResult(nFound);
+            return NRV_OK;
+        }
+    } else {
+        const char* pszText = TextOf(Text);
+        const char* pszFound = strstr(nStart == kNrvSizeIndexNone ? pszText : pszText + nStart, TextOf(Search));
+        if (pszFound != nullptr)
+            nFound = static_cast<int32_t>(pszFound - pszText);
+    }
     // The offset applies to "not found" too: -2 + k.
-    Result.SetResult(AddAsInt32(nPosition, parameters[3].GetResultInteger()));
-    return result;
+    Result.SetResult(AddAsInt32(nFound, Offset.GetResultInteger()));
+    return NRV_OK;
 }
 
-std::string CNrvOperationFindFirstFromIndex::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
-{
-    return NrvDescribePositionFailure("start", NrvIntegerOf(pParameters[1]), pParameters[0].GetResultStringLength());
-}
-
-NRVRESULT CNrvOperationFindLastFromIndex::Run(CNrvOperationResult& Result) const
-{
-    CNrvOperationResult parameters[4];
-    const NRVRESULT result = RunParameters(parameters, 4);
-    if (result < 0)
-        return result;
-
-    const size_t nStart = parameters[1].GetResultInteger();
-    if (nStart != kNrvSizeIndexNotFound) {
-        NRVRESULT limits = CheckPositionsFit(parameters[0].GetResultStringLength());
-        if (limits >= 0)
-            limits = CheckSearchLimits(parameters[0], parameters[2]);
-        if (limits < 0)
-            return limits;
-    }
-    if (nStart == kNrvSizeIndexNone) {
-        // The last occurrence in the whole text; the offset is not applied.
-        Result.SetResult(FindIndex(parameters[0], kNrvSizeIndexNone, parameters[2]));
-        return result;
-    }
-    if (nStart == kNrvSizeIndexNotFound) {
-        Result.SetResult(kNrvIndexNotFound);
-        return result;
-    }
-    if (nStart >= parameters[0].GetResultStringLength())
-        return NRV_ERR_OUT_OF_RANGE;
-    // Applied even when nothing was found.
-    Result.SetResult(AddAsInt32(FindIndex(parameters[0], nStart, parameters[2]), parameters[3].GetResultInteger()));
-    return result;
-}
-
-std::string CNrvOperationFindLastFromIndex::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
+std::string CNrvOperationFindFromIndex::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
 {
     return NrvDescribePositionFailure("start", NrvIntegerOf(pParameters[1]), pParameters[0].GetResultStringLength());
 }
@@ -104,24 +91,23 @@ std::string CNrvOperationFindLastFromIndex::DescribeFailure(NRVRESULT, CNrvOpera
 // earlier start the first step already sees everything after it, so the
 // answer is the first occurrence at or after the start, else the last one
 // before it.
-int CNrvOperationFindLastFromIndex::FindIndex(CNrvOperationResult& OriginalString, size_t fromIndex,
-                                              CNrvOperationResult& SearchString) const
+int CNrvOperationFindFromIndex::FindLast(CNrvOperationResult& Text, size_t nStart, CNrvOperationResult& Search)
 {
-    const size_t nLength = OriginalString.GetResultStringLength();
-    const int32_t nLastFit = SubtractAsInt32(AsInt32(nLength), AsInt32(SearchString.GetResultStringLength()));
+    const size_t nLength = Text.GetResultStringLength();
+    const int32_t nLastFit = SubtractAsInt32(AsInt32(nLength), AsInt32(Search.GetResultStringLength()));
     // A search text as long as the text, or longer, is never found.
     if (nLastFit <= 0)
         return kNrvIndexNotFound;
     if (nLength > 0x7FFFFFFE)
         return kNrvIndexNotFound;
     int32_t nFrom = nLastFit;
-    if (fromIndex != kNrvSizeIndexNone && AsInt32(fromIndex) < nFrom)
-        nFrom = AsInt32(fromIndex);
+    if (nStart != kNrvSizeIndexNone && AsInt32(nStart) < nFrom)
+        nFrom = AsInt32(nStart);
     if (nFrom < 0)
         return kNrvIndexNotFound;
 
-    const char* pszText = TextOf(OriginalString);
-    const char* pszSearch = TextOf(SearchString);
+    const char* pszText = TextOf(Text);
+    const char* pszSearch = TextOf(Search);
     const char* pszFound = strstr(pszText + nFrom, pszSearch);
     if (pszFound != nullptr)
         return static_cast<int>(pszFound - pszText);

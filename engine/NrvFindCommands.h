@@ -1,30 +1,33 @@
 #ifndef NRV_FIND_COMMANDS_H
 #define NRV_FIND_COMMANDS_H
 
-// Finding a text forwards or backwards from an index; they yield positions.
+// FindFirstFromIndex and FindLastFromIndex: where a text occurs, searched
+// forwards or backwards from an index; they yield positions.
 
 #include "NrvCommand.h"
 
-class CNrvOperationFindFirstFromIndex : public CNrvCommand<CNrvOperationFindFirstFromIndex> {
+class CNrvOperationFindFromIndex : public CNrvCommand<CNrvOperationFindFromIndex> {
 public:
-    static constexpr const char* kName = "FindFirstFromIndex";
-    explicit CNrvOperationFindFirstFromIndex(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
-    NRVRESULT Run(CNrvOperationResult& Result) const override;
-    std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
-};
-class CNrvOperationFactoryFindFirstFromIndex : public CNrvOperationFactoryOf<CNrvOperationFindFirstFromIndex> {};
-
-class CNrvOperationFindLastFromIndex : public CNrvCommand<CNrvOperationFindLastFromIndex> {
-public:
-    static constexpr const char* kName = "FindLastFromIndex";
-    explicit CNrvOperationFindLastFromIndex(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
-    NRVRESULT Run(CNrvOperationResult& Result) const override;
+    enum { kFirst, kLast };  // the row's variant
+    using CNrvCommand::CNrvCommand;
+    NRVRESULT Compute(CNrvOperationResult& Result, CNrvOperationResult& Text, CNrvOperationResult& Start,
+                      CNrvOperationResult& Search, CNrvOperationResult& Offset) const;
     std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 
 private:
-    // Backward search: see Run.
-    int FindIndex(CNrvOperationResult& OriginalString, size_t fromIndex, CNrvOperationResult& SearchString) const;
+    // The body for one variant, so that each is compiled for its own.
+    template <bool bLast>
+    NRVRESULT Find(CNrvOperationResult& Result, CNrvOperationResult& Text, size_t nStart, CNrvOperationResult& Search,
+                   CNrvOperationResult& Offset) const;
+    // The backward search of FindLastFromIndex: see its definition.
+    static int FindLast(CNrvOperationResult& Text, size_t nStart, CNrvOperationResult& Search);
 };
-class CNrvOperationFactoryFindLastFromIndex : public CNrvOperationFactoryOf<CNrvOperationFindLastFromIndex> {};
+
+// Each command's operation and factory by the command's name; twins are
+// one class, told apart by their rows.
+using CNrvOperationFindFirstFromIndex = CNrvOperationFindFromIndex;
+using CNrvOperationFindLastFromIndex = CNrvOperationFindFromIndex;
+using CNrvOperationFactoryFindFirstFromIndex = CNrvOperationFactoryOf<CNrvOperationFindFromIndex>;
+using CNrvOperationFactoryFindLastFromIndex = CNrvOperationFactoryOf<CNrvOperationFindFromIndex>;
 
 #endif  // NRV_FIND_COMMANDS_H

@@ -23,16 +23,19 @@ NRVRESULT WriteWithInsert(CNrvOperationResult& Result, const char* pszText, size
     return Result.WriteResult(pszResult.get(), nSize);
 }
 
-// What both commands share once their parameters are evaluated. -2 leaves
-// the text as it is; -1 stands for the last byte, with the insert going
-// behind it (bAfter) or in front of it; any other index must lie in the
-// text. An empty text with -1 yields the insert, for both commands: there is
-// no byte to read in front of its start.
-NRVRESULT WriteInserted(CNrvOperationResult* pParameters, bool bAfter, CNrvOperationResult& Result)
+}  // namespace
+
+// -2 leaves the text as it is; -1 stands for the last byte, with the insert
+// going behind it or in front of it; any other index must lie in the text.
+// An empty text with -1 yields the insert for both commands: there is no
+// byte to read in front of its start.
+NRVRESULT CNrvOperationInsertAtIndex::Compute(CNrvOperationResult& Result, CNrvOperationResult& Text,
+                                              CNrvOperationResult& Index, CNrvOperationResult& Insert) const
 {
-    const size_t nIndex = pParameters[1].GetResultInteger();
-    const char* pszText = pParameters[0].GetResultString();
-    const size_t nLength = pParameters[0].GetResultStringLength();
+    const bool bAfter = Variant() == kAfter;
+    const size_t nIndex = Index.GetResultInteger();
+    const char* pszText = Text.GetResultString();
+    const size_t nLength = Text.GetResultStringLength();
     if (nIndex == kNrvSizeIndexNotFound)
         return Result.WriteResult(pszText, nLength);
 
@@ -44,44 +47,11 @@ NRVRESULT WriteInserted(CNrvOperationResult* pParameters, bool bAfter, CNrvOpera
             return NRV_ERR_OUT_OF_RANGE;
         nInFront = bAfter ? nIndex + 1 : nIndex;
     }
-    return WriteWithInsert(Result, pszText, nLength, nInFront, pParameters[2].GetResultString(),
-                           pParameters[2].GetResultStringLength());
+    return WriteWithInsert(Result, pszText, nLength, nInFront, Insert.GetResultString(),
+                           Insert.GetResultStringLength());
 }
 
-}  // namespace
-
-NRVRESULT CNrvOperationInsertAfterIndex::Run(CNrvOperationResult& Result) const
-{
-    // All three run before the index is looked at: a failing insert fails
-    // the command even when the index says to leave the text alone.
-    CNrvOperationResult parameters[3];
-    const NRVRESULT result = RunParameters(parameters, 3);
-    if (result < 0)
-        return result;
-    const NRVRESULT limits = CheckCopyLimits(parameters[0], parameters[2]);
-    if (limits < 0)
-        return limits;
-    return WriteInserted(parameters, true, Result);
-}
-
-std::string CNrvOperationInsertAfterIndex::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
-{
-    return NrvDescribePositionFailure("index", NrvIntegerOf(pParameters[1]), pParameters[0].GetResultStringLength());
-}
-
-NRVRESULT CNrvOperationInsertBeforeIndex::Run(CNrvOperationResult& Result) const
-{
-    CNrvOperationResult parameters[3];
-    const NRVRESULT result = RunParameters(parameters, 3);
-    if (result < 0)
-        return result;
-    const NRVRESULT limits = CheckCopyLimits(parameters[0], parameters[2]);
-    if (limits < 0)
-        return limits;
-    return WriteInserted(parameters, false, Result);
-}
-
-std::string CNrvOperationInsertBeforeIndex::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
+std::string CNrvOperationInsertAtIndex::DescribeFailure(NRVRESULT, CNrvOperationResult* pParameters) const
 {
     return NrvDescribePositionFailure("index", NrvIntegerOf(pParameters[1]), pParameters[0].GetResultStringLength());
 }

@@ -136,6 +136,10 @@ void CNrvJsonWriter::AppendNode(const TNrvExplainNode& node, std::string* pOut) 
         AppendNumber(node.nInteger, pOut);
     else
         AppendBytes(node.value, pOut);
+    if (node.nValueLength > node.value.size()) {  // cut: the whole length
+        *pOut += ",\"valueLength\":";
+        AppendSize(node.nValueLength, pOut);
+    }
     *pOut += ",\"params\":[";
     for (size_t i = 0; i < node.params.size(); ++i) {
         if (i != 0)
@@ -145,6 +149,19 @@ void CNrvJsonWriter::AppendNode(const TNrvExplainNode& node, std::string* pOut) 
     *pOut += "]}";
 }
 
+void CNrvJsonWriter::AppendRule(size_t nRule, std::string_view name, std::string* pOut) const
+{
+    if (nRule == CNrvRuleSet::kNoRule) {
+        *pOut += "null";
+        return;
+    }
+    *pOut += "{\"index\":";
+    AppendSize(nRule + 1, pOut);
+    *pOut += ",\"name\":";
+    AppendText(name, pOut);
+    *pOut += '}';
+}
+
 void CNrvJsonWriter::AppendExplanation(const TNrvJsonScan& scan, const TNrvExplanation& explanation,
                                        std::string* pOut) const
 {
@@ -152,15 +169,7 @@ void CNrvJsonWriter::AppendExplanation(const TNrvJsonScan& scan, const TNrvExpla
     *pOut += std::to_string(scan.nScan);
     if (scan.bRuleSet) {
         *pOut += ",\"rule\":";
-        if (scan.nRule == CNrvRuleSet::kNoRule) {
-            *pOut += "null";
-        } else {
-            *pOut += "{\"index\":";
-            AppendSize(scan.nRule + 1, pOut);
-            *pOut += ",\"name\":";
-            AppendText(scan.ruleName, pOut);
-            *pOut += '}';
-        }
+        AppendRule(scan.nRule, scan.ruleName, pOut);
     }
     *pOut += ",\"code\":";
     AppendNumber(scan.nCode, pOut);

@@ -8,11 +8,14 @@
 //   explanation    {"scan":N,["rule":{"index":I,"name":"..."}|null,]"code":C,
 //                  "output":"...","nodes":[<node>...][,"failure":{<diagnostic>}]}
 //   node           {"kind":"command"|"text"|"integer","name":"...","offset":O,
-//                  "length":L,"code":C|null,"value":"..."|N|null,"params":[...]}
+//                  "length":L,"code":C|null,"value":"..."|N|null,
+//                  ["valueLength":V,]"params":[...]}
 //
 // "name" of a code is null for a code the library does not define. A
 // node's code is null when it was not run, its value null when it was not
-// run or failed, and a number for an integer result. "rule" is there only
+// run or failed, and a number for an integer result; a text value is at
+// most its first kNrvExplainValueBytes, and "valueLength", there only when
+// it is cut, gives its whole length. "rule" is there only
 // for a rule set: null when no rule took the scan. "failure" only when the
 // code is negative. A scan left alone by the triggers (code 1) has no nodes.
 #ifndef NRV_JSON_H
@@ -53,6 +56,9 @@ public:
     static void AppendUtf8(std::string_view text, std::string* pOut);
 
     void AppendParseOutcome(const TNrvDiagnostic& diagnostic, std::string* pOut) const;
+    // A rule of a set (nRule from 0) as {"index":I,"name":"..."}, I from 1;
+    // null for CNrvRuleSet::kNoRule.
+    void AppendRule(size_t nRule, std::string_view name, std::string* pOut) const;
     // The diagnostic as an object of its own.
     void AppendDiagnostic(const TNrvDiagnostic& diagnostic, std::string* pOut) const;
     void AppendExplanation(const TNrvJsonScan& scan, const TNrvExplanation& explanation, std::string* pOut) const;

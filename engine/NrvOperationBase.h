@@ -4,21 +4,14 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "NrvCommandTable.h"
 #include "NrvDataEditingProfile.h"
 #include "NrvList.h"
 #include "NrvOperationResult.h"
 #include "NrvParsingString.h"
 
 class CNrvOperationDictionary;
-
-// Reserved index values. They travel as signed 32-bit integers and are read
-// back widened to sizes, hence the two spellings.
-enum : int {
-    kNrvIndexNone = -1,      // no index given: the command's own default
-    kNrvIndexNotFound = -2,  // a find command found nothing
-};
-constexpr size_t kNrvSizeIndexNone = static_cast<size_t>(-1);
-constexpr size_t kNrvSizeIndexNotFound = static_cast<size_t>(-2);
+class CNrvParseObserver;
 
 // Deepest nesting of delimited commands an expression may have; it bounds
 // the recursion of both Parse and Run.
@@ -57,6 +50,11 @@ public:
     // or delimited command of the text to pOperationsList.
     static NRVRESULT Parse(CNrvDataEditingProfile* pDataEditing, CNrvOperationDictionary* pDictionary, char cOpen,
                            char cClose, CNrvParsingString* pParsingString, CNrvList* pOperationsList);
+    // The same parse, telling pObserver (when not null) what it makes and
+    // where it stops, for the diagnostics that explain an expression.
+    static NRVRESULT Parse(CNrvDataEditingProfile* pDataEditing, CNrvOperationDictionary* pDictionary, char cOpen,
+                           char cClose, CNrvParsingString* pParsingString, CNrvList* pOperationsList,
+                           CNrvParseObserver* pObserver);
     // Cuts a text into literal runs and delimited command pieces.
     static NRVRESULT Split(char cStart, char cEnd, CNrvParsingString* pString, CNrvList* pParsingStringsList);
     static bool IsCommand(CNrvParsingString* pParsingString);
@@ -87,15 +85,6 @@ protected:
     {
         return LimitsSet() ? m_pDataEditing->ChargeWork(nResultSize, nWork) : NRV_OK;
     }
-    // A result as long as Text, or as Text and Added together.
-    NRVRESULT CheckCopyLimits(CNrvOperationResult& Text) const
-    {
-        return LimitsSet() ? ChargeCopy(Text.GetResultStringLength()) : NRV_OK;
-    }
-    NRVRESULT CheckCopyLimits(CNrvOperationResult& Text, CNrvOperationResult& Added) const
-    {
-        return LimitsSet() ? ChargeCopy(Text.GetResultStringLength() + Added.GetResultStringLength()) : NRV_OK;
-    }
     // A search of nSearch bytes through nText bytes (or a test of each byte
     // of the text against a set of nSearch bytes), charged a bound of its
     // worst case.
@@ -117,15 +106,23 @@ protected:
     CNrvDataEditingProfile* m_pDataEditing;
     CNrvList m_OperationsList;
 
-private:
     // One branch on an edit without limits. Commands made without a profile
     // (by hand, in tests) have none.
     bool LimitsSet() const { return m_pDataEditing != nullptr && m_pDataEditing->HasLimits(); }
-    NRVRESULT ChargeCopy(size_t nSize) const { return m_pDataEditing->ChargeWork(nSize, nSize); }
+
+private:
     static size_t SearchWork(size_t nText, size_t nSearch);
     static NRVRESULT ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvOperationDictionary* pDictionary,
                                  char cOpen, char cClose, CNrvParsingString* pParsingString,
-                                 CNrvList* pOperationsList, size_t nDepth);
+                                 CNrvList* pOperationsList, size_t nDepth, CNrvParseObserver* pObserver);
+    // Split and LookupCommand, telling pObserver (when not null) where they
+    // cut and fail.
+    static NRVRESULT Split(char cStart, char cEnd, CNrvParsingString* pString, CNrvList* pParsingStringsList,
+                           CNrvParseObserver* pObserver);
+    static NRVRESULT LookupCommand(CNrvOperationDictionary* pDictionary, CNrvDataEditingProfile* pDataEditing,
+                                   CNrvParsingString* pCurrentString, char cOpen, char cClose,
+                                   CNrvOperation** ppNewOperation, CNrvParsingString** ppNewOperationParsingString,
+                                   CNrvParseObserver* pObserver);
 };
 
 // Every command runs its parameters here on every edit: inline, so that a

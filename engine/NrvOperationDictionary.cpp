@@ -25,7 +25,7 @@ NRVRESULT CNrvOperationDictionary::Initialize()
     const TNrvCommandInfo* pCommands = NrvGetCommandTable(&nCount);
     NRVRESULT result = NRV_OK;
     for (size_t i = 0; i < nCount; ++i) {
-        std::unique_ptr<CNrvOperationFactory> factory(pCommands[i].pfnCreateFactory());
+        std::unique_ptr<CNrvOperationFactory> factory(pCommands[i].pfnCreateFactory(pCommands[i]));
         result = Add(pCommands[i].pszName, factory.get());
         if (result >= 0)
             factory.release();  // the dictionary owns it now

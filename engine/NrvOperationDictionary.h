@@ -16,17 +16,29 @@ protected:
     CNrvOperationFactory() {}
 };
 
-// The factory every command shares; each command names its own subclass.
+// The factory of every command: it makes TOperation for one row of the
+// command table. A row whose parameter count is not the count of its
+// class's body makes no operation (NRV_ERR_INVALID_PARAMETER), so that a
+// mismatch fails every parse that uses it instead of running the body on
+// too few or too many parameters.
 template <class TOperation>
 class CNrvOperationFactoryOf : public CNrvOperationFactory {
 public:
+    explicit CNrvOperationFactoryOf(const TNrvCommandInfo& row) : m_Row(row) {}
+
     NRVRESULT CreateOperation(CNrvDataEditingProfile* pDataEditing, CNrvOperation** ppOperation) override
     {
-        if (pDataEditing == nullptr || ppOperation == nullptr)
+        if (pDataEditing == nullptr || ppOperation == nullptr || m_Row.nParameterCount != TOperation::ParameterCount())
             return NRV_ERR_INVALID_PARAMETER;
-        *ppOperation = new TOperation(pDataEditing);
+        *ppOperation = new TOperation(pDataEditing, m_Row);
         return NRV_OK;
     }
+
+    // For the row's pfnCreateFactory.
+    static CNrvOperationFactory* Create(const TNrvCommandInfo& row) { return new CNrvOperationFactoryOf(row); }
+
+private:
+    const TNrvCommandInfo& m_Row;
 };
 
 // Maps command names to factories, in registration order. Filled once by

@@ -1,8 +1,9 @@
 // A listener the parser tells what it makes and where, for the diagnostics
-// that explain an expression. Installed per thread and absent by default,
-// so an ordinary parse pays only the test for it. Every window handed over
-// lies on the text given to the parse, so its GetString() minus that text
-// is its offset.
+// that explain an expression. It is handed to the parse that it observes
+// (CNrvDataEditingProfile::Parse, CNrvOperation::Parse) and is absent from
+// an ordinary parse, which pays only the test for it. Every window handed
+// over lies on the text given to the parse, so its GetString() minus that
+// text is its offset.
 #ifndef NRV_PARSE_OBSERVER_H
 #define NRV_PARSE_OBSERVER_H
 
@@ -40,9 +41,5 @@ public:
     virtual void OnFailure(NRVRESULT nCode, const CNrvParsingString& at, CNrvOperation* pOperation,
                            bool bTooDeep) = 0;
 };
-
-// Installs pObserver for the calling thread (null removes it) and returns
-// the one installed before.
-CNrvParseObserver* NrvSetParseObserver(CNrvParseObserver* pObserver);
 
 #endif  // NRV_PARSE_OBSERVER_H

@@ -8,8 +8,6 @@
 
 namespace {
 
-thread_local CNrvParseObserver* t_pParseObserver = nullptr;
-
 // A local list of parsing strings that deletes whatever it still holds, on
 // every path out of the parser, exceptions included.
 class CPieceList {
@@ -53,13 +51,6 @@ NRVRESULT AppendOwned(CNrvList* pList, std::unique_ptr<T>& object)
 
 }  // namespace
 
-CNrvParseObserver* NrvSetParseObserver(CNrvParseObserver* pObserver)
-{
-    CNrvParseObserver* const pPrevious = t_pParseObserver;
-    t_pParseObserver = pObserver;
-    return pPrevious;
-}
-
 bool CNrvOperation::IsCommand(CNrvParsingString* pParsingString)
 {
     return pParsingString != nullptr && pParsingString->GetFlag() == kFlagCommand;
@@ -69,16 +60,22 @@ NRVRESULT CNrvOperation::Parse(CNrvDataEditingProfile* pDataEditing, CNrvOperati
                                char cOpen, char cClose, CNrvParsingString* pParsingString,
                                CNrvList* pOperationsList)
 {
-    return ParseNested(pDataEditing, pDictionary, cOpen, cClose, pParsingString, pOperationsList, 0);
+    return ParseNested(pDataEditing, pDictionary, cOpen, cClose, pParsingString, pOperationsList, 0, nullptr);
+}
+
+NRVRESULT CNrvOperation::Parse(CNrvDataEditingProfile* pDataEditing, CNrvOperationDictionary* pDictionary,
+                               char cOpen, char cClose, CNrvParsingString* pParsingString,
+                               CNrvList* pOperationsList, CNrvParseObserver* pObserver)
+{
+    return ParseNested(pDataEditing, pDictionary, cOpen, cClose, pParsingString, pOperationsList, 0, pObserver);
 }
 
 NRVRESULT CNrvOperation::ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvOperationDictionary* pDictionary,
                                      char cOpen, char cClose, CNrvParsingString* pParsingString,
-                                     CNrvList* pOperationsList, size_t nDepth)
+                                     CNrvList* pOperationsList, size_t nDepth, CNrvParseObserver* pObserver)
 {
     if (pParsingString == nullptr || pOperationsList == nullptr)
         return NRV_ERR_INVALID_PARAMETER;
-    CNrvParseObserver* const pObserver = t_pParseObserver;
     pParsingString->DbgFormatDump(false, "About to split the string:%s");
     if (pParsingString->IsEmpty()) {
         std::unique_ptr<CNrvOperation> literal(new CNrvOperationString(pDataEditing, pParsingString));
@@ -90,7 +87,7 @@ NRVRESULT CNrvOperation::ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvO
     }
 
     CPieceList pieces;
-    NRVRESULT result = Split(cOpen, cClose, pParsingString, pieces.Get());
+    NRVRESULT result = Split(cOpen, cClose, pParsingString, pieces.Get(), pObserver);
     while (result >= 0 && pieces.Get()->GetCount() > 0) {
         std::unique_ptr<CNrvParsingString> piece;
         result = pieces.TakeHead(piece);
@@ -120,7 +117,8 @@ NRVRESULT CNrvOperation::ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvO
         }
         CNrvOperation* pNewOperation = nullptr;
         CNrvParsingString* pNewParameters = nullptr;
-        result = LookupCommand(pDictionary, pDataEditing, piece.get(), cOpen, cClose, &pNewOperation, &pNewParameters);
+        result = LookupCommand(pDictionary, pDataEditing, piece.get(), cOpen, cClose, &pNewOperation, &pNewParameters,
+                               pObserver);
         if (result < 0)
             break;
         std::unique_ptr<CNrvParsingString> parameters(pNewParameters);
@@ -143,7 +141,7 @@ NRVRESULT CNrvOperation::ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvO
                 pObserver->OnParameter(pNewOperation, *parameterText);
             if (result >= 0)
                 result = ParseNested(pDataEditing, pDictionary, cOpen, cClose, parameterText.get(),
-                                     pNewOperation->GetOperationsList(), nDepth + 1);
+                                     pNewOperation->GetOperationsList(), nDepth + 1, pObserver);
         }
         if (result >= 0 && !pNewOperation->CheckIfParametersAreCorrect()) {
             result = NRV_ERR_INVALID_PARAMETER;
@@ -156,6 +154,12 @@ NRVRESULT CNrvOperation::ParseNested(CNrvDataEditingProfile* pDataEditing, CNrvO
 }
 
 NRVRESULT CNrvOperation::Split(char cStart, char cEnd, CNrvParsingString* pString, CNrvList* pParsingStringsList)
+{
+    return Split(cStart, cEnd, pString, pParsingStringsList, nullptr);
+}
+
+NRVRESULT CNrvOperation::Split(char cStart, char cEnd, CNrvParsingString* pString, CNrvList* pParsingStringsList,
+                               CNrvParseObserver* pObserver)
 {
     const char szPair[] = {cStart, cEnd, '\0'};
     CNrvParsingString pair(szPair);
@@ -190,8 +194,8 @@ NRVRESULT CNrvOperation::Split(char cStart, char cEnd, CNrvParsingString* pStrin
         piece->DbgFormatDump(false, "Adding(2) in the parsing list: %s");
         if (result >= 0)
             result = AppendOwned(pParsingStringsList, piece);
-        else if (t_pParseObserver != nullptr)
-            t_pParseObserver->OnFailure(result, *piece, nullptr, false);
+        else if (pObserver != nullptr)
+            pObserver->OnFailure(result, *piece, nullptr, false);
         copy.Remove(&pair);  // drops the closing delimiter, keeps a following opening one
     }
     return result;
@@ -200,6 +204,15 @@ NRVRESULT CNrvOperation::Split(char cStart, char cEnd, CNrvParsingString* pStrin
 NRVRESULT CNrvOperation::LookupCommand(CNrvOperationDictionary* pDictionary, CNrvDataEditingProfile* pDataEditing,
                                        CNrvParsingString* pCurrentString, char cOpen, char cClose,
                                        CNrvOperation** ppNewOperation, CNrvParsingString** ppNewOperationParsingString)
+{
+    return LookupCommand(pDictionary, pDataEditing, pCurrentString, cOpen, cClose, ppNewOperation,
+                         ppNewOperationParsingString, nullptr);
+}
+
+NRVRESULT CNrvOperation::LookupCommand(CNrvOperationDictionary* pDictionary, CNrvDataEditingProfile* pDataEditing,
+                                       CNrvParsingString* pCurrentString, char cOpen, char cClose,
+                                       CNrvOperation** ppNewOperation, CNrvParsingString** ppNewOperationParsingString,
+                                       CNrvParseObserver* pObserver)
 {
     if (pDictionary == nullptr || pDataEditing == nullptr || pCurrentString == nullptr || ppNewOperation == nullptr ||
         ppNewOperationParsingString == nullptr)
@@ -210,7 +223,6 @@ NRVRESULT CNrvOperation::LookupCommand(CNrvOperationDictionary* pDictionary, CNr
     CNrvParsingString name = pCurrentString->ExtractBefore('(');
     std::unique_ptr<CNrvParsingString> parameters(new CNrvParsingString(pCurrentString->Extract('(', ')')));
     parameters->DbgFormatDump(false, "Inside Parenthesis:%s");
-    CNrvParseObserver* const pObserver = t_pParseObserver;
     if (pObserver != nullptr)
         pObserver->OnCall(name, *parameters, *pCurrentString);
 

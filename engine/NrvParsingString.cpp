@@ -9,11 +9,6 @@
 
 namespace {
 
-// Each thread has its own sink: two threads parsing at once never receive
-// each other's lines.
-thread_local PFNNRVTRACE t_pfnTrace = nullptr;
-thread_local void* t_pTraceContext = nullptr;
-
 bool IsSpace(char c)
 {
     return isspace(static_cast<unsigned char>(c)) != 0;
@@ -193,21 +188,26 @@ int CNrvParsingString::Find(char c) const
     return nAt < static_cast<size_t>(INT_MAX) ? static_cast<int>(nAt) : INT_MAX;
 }
 
-void CNrvParsingString::DbgFormatDump(bool bError, const char* pszFormat)
+void CNrvParsingString::Trace(bool bError, const char* pszFormat) const
 {
-    const PFNNRVTRACE pfnTrace = t_pfnTrace;
-    if (pfnTrace == nullptr || pszFormat == nullptr)
+    const PFNNRVTRACE pfnTrace = s_pfnTrace;
+    if (pszFormat == nullptr)
         return;
     // The window is inserted as data, so a '%' in an expression is never a format.
     std::string line(pszFormat);
     const size_t nAt = line.find("%s");
     if (nAt != std::string::npos)
         line.replace(nAt, 2, IsEmpty() ? "" : GetString(), GetLength());
-    pfnTrace(bError, line.c_str(), t_pTraceContext);
+    pfnTrace(bError, line.c_str(), s_pTraceContext);
 }
 
 void CNrvParsingString::SetTraceCallback(PFNNRVTRACE pfnTrace, void* pContext)
 {
-    t_pTraceContext = pContext;
-    t_pfnTrace = pfnTrace;
+    s_pTraceContext = pContext;
+    s_pfnTrace = pfnTrace;
+}
+
+void NrvSetTraceCallback(PFNNRVTRACE pfnTrace, void* pContext)
+{
+    CNrvParsingString::SetTraceCallback(pfnTrace, pContext);
 }

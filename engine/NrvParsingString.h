@@ -4,9 +4,7 @@
 #include <cstddef>
 
 #include "NrvScanTypes.h"
-
-// Receives every finished trace line of the parser. bError marks error lines.
-typedef void (*PFNNRVTRACE)(bool bError, const char* pszLine, void* pContext);
+#include "NrvTrace.h"
 
 // A window [m_nStartIndex, m_nStopIndex) onto a character text. Windows cut
 // from another window, and copies, share the text given to the first
@@ -48,11 +46,14 @@ public:
     int Find(char c) const;
     // Hands one trace line to the installed callback: pszFormat with its
     // single %s replaced by the window's characters. Does nothing, not even
-    // the formatting, while no callback is installed.
-    void DbgFormatDump(bool bError, const char* pszFormat);
+    // the formatting or a call, while no callback is installed.
+    void DbgFormatDump(bool bError, const char* pszFormat)
+    {
+        if (s_pfnTrace != nullptr)
+            Trace(bError, pszFormat);
+    }
 
-    // The calling thread's trace sink: lines of parses on this thread go to
-    // it, and only they. Null (the default) switches tracing off.
+    // The calling thread's trace sink (NrvSetTraceCallback, for hosts).
     static void SetTraceCallback(PFNNRVTRACE pfnTrace, void* pContext);
 
 protected:
@@ -63,6 +64,14 @@ protected:
     int m_nFlag;
 
 private:
+    void Trace(bool bError, const char* pszFormat) const;
+
+    // The calling thread's trace sink, tested where each trace line is made:
+    // each thread has its own, so two threads parsing at once never receive
+    // each other's lines.
+    static inline thread_local PFNNRVTRACE s_pfnTrace = nullptr;
+    static inline thread_local void* s_pTraceContext = nullptr;
+
     // The window [nStart, nStop) of this window's text: shared, or copied
     // when this window owns its text and may die before the piece.
     CNrvParsingString Piece(size_t nStart, size_t nStop, int nFlag) const;

@@ -3,18 +3,15 @@
 #include <cstring>
 #include <memory>
 
-NRVRESULT CNrvOperationReplace::Run(CNrvOperationResult& Result) const
+NRVRESULT CNrvOperationReplace::Compute(CNrvOperationResult& Result, CNrvOperationResult& Text,
+                                        CNrvOperationResult& Search, CNrvOperationResult& Replacement) const
 {
-    CNrvOperationResult Params[3];
-    const NRVRESULT result = RunParameters(Params, 3);
-    if (result < 0)
-        return result;
-    const char* pszText = TextOf(Params[0]);
-    const size_t nText = Params[0].GetResultStringLength();
-    const char* pszSearch = TextOf(Params[1]);
-    const size_t nSearch = Params[1].GetResultStringLength();
-    const char* pszReplacement = TextOf(Params[2]);
-    const size_t nReplacement = Params[2].GetResultStringLength();
+    const char* pszText = TextOf(Text);
+    const size_t nText = Text.GetResultStringLength();
+    const char* pszSearch = TextOf(Search);
+    const size_t nSearch = Search.GetResultStringLength();
+    const char* pszReplacement = TextOf(Replacement);
+    const size_t nReplacement = Replacement.GetResultStringLength();
 
     // The text must be strictly longer than what is searched for.
     if (nText <= nSearch)
@@ -59,18 +56,15 @@ std::string CNrvOperationReplace::DescribeFailure(NRVRESULT, CNrvOperationResult
            ") is not longer than search (length " + std::to_string(pParameters[1].GetResultStringLength()) + ")";
 }
 
-NRVRESULT CNrvOperationSubstitute::Run(CNrvOperationResult& Result) const
+NRVRESULT CNrvOperationSubstitute::Compute(CNrvOperationResult& Result, CNrvOperationResult& Text,
+                                           CNrvOperationResult& Set, CNrvOperationResult& Replacement) const
 {
-    CNrvOperationResult Params[3];
-    const NRVRESULT result = RunParameters(Params, 3);
-    if (result < 0)
-        return result;
-    const char* pszInput = TextOf(Params[0]);
-    const size_t sizeInput = Params[0].GetResultStringLength();
-    const char* pszSearch = TextOf(Params[1]);
-    const size_t sizeSearch = Params[1].GetResultStringLength();
-    const char* pszReplacement = TextOf(Params[2]);
-    const size_t sizeReplacement = Params[2].GetResultStringLength();
+    const char* pszInput = TextOf(Text);
+    const size_t sizeInput = Text.GetResultStringLength();
+    const char* pszSearch = TextOf(Set);
+    const size_t sizeSearch = Set.GetResultStringLength();
+    const char* pszReplacement = TextOf(Replacement);
+    const size_t sizeReplacement = Replacement.GetResultStringLength();
 
     if (sizeSearch == 0)
         return NRV_ERR_OUT_OF_RANGE;

@@ -7,20 +7,22 @@
 
 class CNrvOperationReplace : public CNrvCommand<CNrvOperationReplace> {
 public:
-    static constexpr const char* kName = "Replace";
-    explicit CNrvOperationReplace(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
-    NRVRESULT Run(CNrvOperationResult& Result) const override;
+    using CNrvCommand::CNrvCommand;
+    NRVRESULT Compute(CNrvOperationResult& Result, CNrvOperationResult& Text, CNrvOperationResult& Search,
+                      CNrvOperationResult& Replacement) const;
     std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
-class CNrvOperationFactoryReplace : public CNrvOperationFactoryOf<CNrvOperationReplace> {};
 
 class CNrvOperationSubstitute : public CNrvCommand<CNrvOperationSubstitute> {
 public:
-    static constexpr const char* kName = "Substitute";
-    explicit CNrvOperationSubstitute(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
-    NRVRESULT Run(CNrvOperationResult& Result) const override;
+    using CNrvCommand::CNrvCommand;
+    NRVRESULT Compute(CNrvOperationResult& Result, CNrvOperationResult& Text, CNrvOperationResult& Set,
+                      CNrvOperationResult& Replacement) const;
     std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
-class CNrvOperationFactorySubstitute : public CNrvOperationFactoryOf<CNrvOperationSubstitute> {};
+
+// Each command's factory by the command's name.
+using CNrvOperationFactoryReplace = CNrvOperationFactoryOf<CNrvOperationReplace>;
+using CNrvOperationFactorySubstitute = CNrvOperationFactoryOf<CNrvOperationSubstitute>;
 
 #endif  // NRV_REPLACE_COMMANDS_H

@@ -50,21 +50,18 @@ int FindMarker(const char* pszInput, size_t n, const char* pszSearch, size_t m, 
 
 }  // namespace
 
-NRVRESULT CNrvOperationSubstring::Run(CNrvOperationResult& Result) const
+NRVRESULT CNrvOperationSubstring::Compute(CNrvOperationResult& Result, CNrvOperationResult& Text,
+                                          CNrvOperationResult& Start, CNrvOperationResult& Stop) const
 {
-    CNrvOperationResult Params[3];
-    const NRVRESULT result = RunParameters(Params, 3);
-    if (result < 0)
-        return result;
-    const char* pszText = TextOf(Params[0]);
-    const size_t nLength = Params[0].GetResultStringLength();
+    const char* pszText = TextOf(Text);
+    const size_t nLength = Text.GetResultStringLength();
 
     // Indexes compare as sizes: a negative index other than the reserved
     // ones lies beyond the end and is clamped like any other.
-    size_t nStart = Params[1].GetResultInteger();
+    size_t nStart = Start.GetResultInteger();
     if (IsReservedIndex(nStart))
         nStart = 0;
-    size_t nStop = Params[2].GetResultInteger();
+    size_t nStop = Stop.GetResultInteger();
     if (IsReservedIndex(nStop))
         nStop = nLength;
     if (nStart > nLength)
@@ -79,29 +76,26 @@ NRVRESULT CNrvOperationSubstring::Run(CNrvOperationResult& Result) const
     return WritePiece(pszText, nStart, nStop, Result);
 }
 
-NRVRESULT CNrvOperationExtract::Run(CNrvOperationResult& Result) const
+NRVRESULT CNrvOperationExtract::Compute(CNrvOperationResult& Result, CNrvOperationResult& Text,
+                                        CNrvOperationResult& StartMarker, CNrvOperationResult& StopMarker) const
 {
-    CNrvOperationResult Params[3];
-    const NRVRESULT result = RunParameters(Params, 3);
-    if (result < 0)
-        return result;
-    const char* pszText = TextOf(Params[0]);
-    const size_t nLength = Params[0].GetResultStringLength();
-    if (nLength == 0 || Params[1].GetResultStringLength() == 0 || Params[2].GetResultStringLength() == 0)
+    const char* pszText = TextOf(Text);
+    const size_t nLength = Text.GetResultStringLength();
+    if (nLength == 0 || StartMarker.GetResultStringLength() == 0 || StopMarker.GetResultStringLength() == 0)
         return NRV_ERR_OUT_OF_RANGE;
     NRVRESULT limits = CheckPositionsFit(nLength);
     if (limits >= 0)
-        limits = CheckSearchLimits(Params[0], Params[1]);
+        limits = CheckSearchLimits(Text, StartMarker);
     if (limits >= 0)
-        limits = CheckSearchLimits(Params[0], Params[2]);
+        limits = CheckSearchLimits(Text, StopMarker);
     if (limits < 0)
         return limits;
 
     // The markers are looked for up to the first zero byte of the text and
     // of each marker; those lengths are measured once for both searches.
     const size_t nText = strlen(pszText);
-    const char* pszStartMarker = TextOf(Params[1]);
-    const char* pszStopMarker = TextOf(Params[2]);
+    const char* pszStartMarker = TextOf(StartMarker);
+    const char* pszStopMarker = TextOf(StopMarker);
     // A missing start marker means from the beginning, a missing stop marker
     // to the end.
     const int nAfterStart = FindMarker(pszText, nText, pszStartMarker, strlen(pszStartMarker), true);
@@ -122,9 +116,4 @@ std::string CNrvOperationExtract::DescribeFailure(NRVRESULT, CNrvOperationResult
     if (pParameters[0].GetResultStringLength() == 0)
         return "the text is empty";
     return pParameters[1].GetResultStringLength() == 0 ? "startMarker is empty" : "stopMarker is empty";
-}
-
-int CNrvOperationExtract::GetOccurrenceIndex(const char* pszInput, const char* pszSearch, bool bFirst) const
-{
-    return FindMarker(pszInput, strlen(pszInput), pszSearch, strlen(pszSearch), bFirst);
 }

@@ -7,24 +7,21 @@
 
 class CNrvOperationSubstring : public CNrvCommand<CNrvOperationSubstring> {
 public:
-    static constexpr const char* kName = "Substring";
-    explicit CNrvOperationSubstring(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
-    NRVRESULT Run(CNrvOperationResult& Result) const override;
+    using CNrvCommand::CNrvCommand;
+    NRVRESULT Compute(CNrvOperationResult& Result, CNrvOperationResult& Text, CNrvOperationResult& Start,
+                      CNrvOperationResult& Stop) const;
 };
-class CNrvOperationFactorySubstring : public CNrvOperationFactoryOf<CNrvOperationSubstring> {};
 
 class CNrvOperationExtract : public CNrvCommand<CNrvOperationExtract> {
 public:
-    static constexpr const char* kName = "Extract";
-    explicit CNrvOperationExtract(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
-    NRVRESULT Run(CNrvOperationResult& Result) const override;
+    using CNrvCommand::CNrvCommand;
+    NRVRESULT Compute(CNrvOperationResult& Result, CNrvOperationResult& Text, CNrvOperationResult& StartMarker,
+                      CNrvOperationResult& StopMarker) const;
     std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
-
-private:
-    // With bFirst, the index just past the first occurrence of pszSearch in
-    // pszInput; otherwise the start of the last one; kNrvIndexNotFound if none.
-    int GetOccurrenceIndex(const char* pszInput, const char* pszSearch, bool bFirst) const;
 };
-class CNrvOperationFactoryExtract : public CNrvOperationFactoryOf<CNrvOperationExtract> {};
+
+// Each command's factory by the command's name.
+using CNrvOperationFactorySubstring = CNrvOperationFactoryOf<CNrvOperationSubstring>;
+using CNrvOperationFactoryExtract = CNrvOperationFactoryOf<CNrvOperationExtract>;
 
 #endif  // NRV_SUBSTRING_COMMANDS_H

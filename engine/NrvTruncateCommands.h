@@ -1,26 +1,24 @@
 #ifndef NRV_TRUNCATE_COMMANDS_H
 #define NRV_TRUNCATE_COMMANDS_H
 
-// Cutting a count of bytes from either end of a text.
+// TruncateFromBeginning and TruncateFromEnd: a count of bytes cut from
+// either end of a text.
 
 #include "NrvCommand.h"
 
-class CNrvOperationTruncateFromBeginning : public CNrvCommand<CNrvOperationTruncateFromBeginning> {
+class CNrvOperationTruncate : public CNrvCommand<CNrvOperationTruncate> {
 public:
-    static constexpr const char* kName = "TruncateFromBeginning";
-    explicit CNrvOperationTruncateFromBeginning(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
-    NRVRESULT Run(CNrvOperationResult& Result) const override;
+    enum { kFromBeginning, kFromEnd };  // the row's variant
+    using CNrvCommand::CNrvCommand;
+    NRVRESULT Compute(CNrvOperationResult& Result, CNrvOperationResult& Text, CNrvOperationResult& Count) const;
     std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
 };
-class CNrvOperationFactoryTruncateFromBeginning : public CNrvOperationFactoryOf<CNrvOperationTruncateFromBeginning> {};
 
-class CNrvOperationTruncateFromEnd : public CNrvCommand<CNrvOperationTruncateFromEnd> {
-public:
-    static constexpr const char* kName = "TruncateFromEnd";
-    explicit CNrvOperationTruncateFromEnd(CNrvDataEditingProfile* pDataEditing) : CNrvCommand(pDataEditing) {}
-    NRVRESULT Run(CNrvOperationResult& Result) const override;
-    std::string DescribeFailure(NRVRESULT nCode, CNrvOperationResult* pParameters) const override;
-};
-class CNrvOperationFactoryTruncateFromEnd : public CNrvOperationFactoryOf<CNrvOperationTruncateFromEnd> {};
+// Each command's operation and factory by the command's name; twins are
+// one class, told apart by their rows.
+using CNrvOperationTruncateFromBeginning = CNrvOperationTruncate;
+using CNrvOperationTruncateFromEnd = CNrvOperationTruncate;
+using CNrvOperationFactoryTruncateFromBeginning = CNrvOperationFactoryOf<CNrvOperationTruncate>;
+using CNrvOperationFactoryTruncateFromEnd = CNrvOperationFactoryOf<CNrvOperationTruncate>;
 
 #endif  // NRV_TRUNCATE_COMMANDS_H

@@ -98,9 +98,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
             NRV_FUZZ_CHECK(explanation.nCode == first.result);
             NRV_FUZZ_CHECK(explanation.nCode < 0 || explanation.output == first.text);
             NRV_FUZZ_CHECK(explanation.nCode >= 0 || explanation.failure.nCode == explanation.nCode);
+            const TNrvDiagnostic failure =
+                NrvExplainFailure(expression.c_str(), reinterpret_cast<const char*>(pScan), nScan);
+            NRV_FUZZ_CHECK(failure.nCode == explanation.nCode && failure.message == explanation.failure.message);
         }
     } catch (const std::bad_alloc&) {
-        // Explaining runs each subtree once more per level above it.
+        // The explanation grows the output in a string of its own, which may
+        // ask for a larger block than the edit's buffer did.
     }
 
     // Still usable after whatever happened.

@@ -10,8 +10,10 @@
 #include <toml++/toml.h>
 
 #include "NrvDiagnostics.h"
+#include "NrvRulesInternal.h"
 #include "NrvSettings.h"
 #include "NrvShownBytes.h"
+#include "NrvSuggest.h"
 #include "NrvTomlPositions.h"
 
 namespace {
@@ -19,40 +21,21 @@ namespace {
 const char* const kRuleKeys[] = {"name",        "expression", "symbologies", "contains",
                                  "starts-with", "ends-with",  "min-size",    "max-size"};
 
-// Edits needed to turn a into b, for "did you mean" hints.
-size_t Distance(std::string_view a, std::string_view b)
-{
-    std::vector<size_t> row(b.size() + 1);
-    for (size_t j = 0; j <= b.size(); ++j)
-        row[j] = j;
-    for (size_t i = 1; i <= a.size(); ++i) {
-        size_t nDiagonal = row[0];
-        row[0] = i;
-        for (size_t j = 1; j <= b.size(); ++j) {
-            const size_t nAbove = row[j];
-            row[j] = std::min({row[j] + 1, row[j - 1] + 1, nDiagonal + (a[i - 1] == b[j - 1] ? 0 : 1)});
-            nDiagonal = nAbove;
-        }
-    }
-    return row[b.size()];
-}
-
 std::string Hint(std::string_view key)
 {
-    for (const char* pszKey : kRuleKeys) {
-        if (Distance(key, pszKey) <= 2)
-            return std::string(" (did you mean '") + pszKey + "'?)";
-    }
-    return std::string();
+    const char* pszKey = NrvSuggest(key, kRuleKeys, sizeof kRuleKeys / sizeof kRuleKeys[0]);
+    return pszKey != nullptr ? std::string(" (did you mean '") + pszKey + "'?)" : std::string();
 }
 
+}  // namespace
+
 // The trigger keys as messages name them.
-const TNrvSettingNames kRuleSettingNames = {
+const TNrvSettingNames kNrvRuleSettingNames = {
     {"'min-size'", "'max-size'", "'symbologies'", "'contains'", "'starts-with'", "'ends-with'", "'max-text'",
      "'max-work'"},
     "nrv-edit --help"};
 
-const char* TypeName(const toml::node& node)
+const char* NrvTomlTypeName(const toml::node& node)
 {
     switch (node.type()) {
     case toml::node_type::string: return "a string";
@@ -65,12 +48,14 @@ const char* TypeName(const toml::node& node)
     }
 }
 
+namespace {
+
 // Collects the errors of one text, each placed and with its line.
 class CRulesReader {
 public:
     CRulesReader(std::string_view text, std::vector<TNrvRulesError>* pErrors) : m_Text(text), m_pErrors(pErrors) {}
 
-    bool Read(CNrvRuleSet* pSet);
+    bool Read(CNrvRuleSet* pSet, std::vector<TNrvRuleTest>* pTests);
 
 private:
     void Error(TNrvTextPosition position, size_t nWidth, std::string message);
@@ -123,7 +108,7 @@ void CRulesReader::Error(const toml::source_region& where, std::string message)
     Error({where.begin.line, where.begin.column}, nWidth, std::move(message));
 }
 
-bool CRulesReader::Read(CNrvRuleSet* pSet)
+bool CRulesReader::Read(CNrvRuleSet* pSet, std::vector<TNrvRuleTest>* pTests)
 {
     toml::table root;
     try {
@@ -135,15 +120,20 @@ bool CRulesReader::Read(CNrvRuleSet* pSet)
 
     CNrvRuleSet rules;
     const toml::array* pRules = nullptr;
+    const toml::node* pTestTables = nullptr;  // read once the rules they name are known
     for (auto&& [key, value] : root) {
+        if (key.str() == "test") {
+            pTestTables = &value;
+            continue;
+        }
         if (key.str() != "rule") {
             Error(key.source(), "unknown key '" + NrvShown(key.str(), kNrvBytesMessage) +
-                                    "': the file holds [[rule]] tables only");
+                                    "': the file holds [[rule]] and [[test]] tables only");
             continue;
         }
         pRules = value.as_array();
         if (pRules == nullptr)
-            Error(value.source(), std::string("'rule' must be tables written [[rule]], not ") + TypeName(value));
+            Error(value.source(), std::string("'rule' must be tables written [[rule]], not ") + NrvTomlTypeName(value));
     }
     if (pRules == nullptr && m_nErrors == 0)
         Error(TNrvTextPosition{1, 1}, 1, "no rule: write each one as a [[rule]] table");
@@ -154,11 +144,17 @@ bool CRulesReader::Read(CNrvRuleSet* pSet)
             if (const toml::table* pTable = element.as_table())
                 ReadRule(*pTable, label, &rules);
             else
-                Error(element.source(), label + " must be a table, not " + std::string(TypeName(element)));
+                Error(element.source(), label + " must be a table, not " + std::string(NrvTomlTypeName(element)));
         }
         if (nRule == 0)
             Error(pRules->source(), "no rule: the list of rules is empty");
     }
+    std::vector<TNrvRuleTest> tests;
+    if (pTestTables != nullptr)
+        NrvReadTestTables(
+            *pTestTables, pRules,
+            [this](const toml::source_region& where, std::string message) { Error(where, std::move(message)); },
+            &tests);
     // Tables list their keys in name order; people read files top down.
     std::stable_sort(m_pErrors->end() - static_cast<std::ptrdiff_t>(m_nErrors), m_pErrors->end(),
                      [](const TNrvRulesError& a, const TNrvRulesError& b) {
@@ -167,6 +163,8 @@ bool CRulesReader::Read(CNrvRuleSet* pSet)
     if (m_nErrors != 0)
         return false;
     *pSet = std::move(rules);
+    if (pTests != nullptr)
+        *pTests = std::move(tests);
     return true;
 }
 
@@ -190,27 +188,27 @@ bool CRulesReader::ReadSetting(ENrvSetting setting, const toml::node& value, con
 {
     if (setting == kNrvSettingSymbologies)
         return ReadSymbologies(value, label, pSettings);
-    const char* pszKey = kRuleSettingNames.apszSetting[setting];
+    const char* pszKey = kNrvRuleSettingNames.apszSetting[setting];
     TNrvSettingError error;
     bool bRead;
     if (setting == kNrvSettingMinimumSize || setting == kNrvSettingMaximumSize) {
         const std::optional<int64_t> nSize = value.value_exact<int64_t>();
         if (!nSize) {
             Error(value.source(), label + ": " + pszKey + " must be a byte count (an integer, 0 or more), not " +
-                                      TypeName(value));
+                                      NrvTomlTypeName(value));
             return false;
         }
         bRead = pSettings->SetSize(setting, *nSize, &error);
     } else {
         const std::optional<std::string> text = value.value_exact<std::string>();
         if (!text) {
-            Error(value.source(), label + ": " + pszKey + " must be a string, not " + TypeName(value));
+            Error(value.source(), label + ": " + pszKey + " must be a string, not " + NrvTomlTypeName(value));
             return false;
         }
         bRead = pSettings->ReadText(setting, *text, true, &error);
     }
     if (!bRead)
-        Error(value.source(), label + ": " + error.Describe(kRuleSettingNames));
+        Error(value.source(), label + ": " + error.Describe(kNrvRuleSettingNames));
     return bRead;
 }
 
@@ -219,7 +217,7 @@ bool CRulesReader::ReadSymbologies(const toml::node& value, const std::string& l
     const toml::array* pArray = value.as_array();
     if (pArray == nullptr) {
         Error(value.source(), label + ": 'symbologies' must be an array such as [\"Code128\", \"QRCode\"], not " +
-                                  TypeName(value));
+                                  NrvTomlTypeName(value));
         return false;
     }
     const size_t nErrorsBefore = m_nErrors;
@@ -233,11 +231,11 @@ bool CRulesReader::ReadSymbologies(const toml::node& value, const std::string& l
         } else if (const std::optional<int64_t> nId = element.value_exact<int64_t>()) {
             bRead = pSettings->AddSymbology(*nId, &error);
         } else {
-            Error(element.source(), label + ": a symbology is a name or a number, not " + TypeName(element));
+            Error(element.source(), label + ": a symbology is a name or a number, not " + NrvTomlTypeName(element));
             continue;
         }
         if (!bRead)
-            Error(element.source(), label + ": " + error.Describe(kRuleSettingNames));
+            Error(element.source(), label + ": " + error.Describe(kNrvRuleSettingNames));
     }
     return m_nErrors == nErrorsBefore;
 }
@@ -258,7 +256,7 @@ void CRulesReader::ReadKey(const toml::key& written, const toml::node& value, co
     }
     const std::optional<std::string> text = value.value_exact<std::string>();
     if (!text) {
-        Error(value.source(), label + ": '" + key + "' must be a string, not " + TypeName(value));
+        Error(value.source(), label + ": '" + key + "' must be a string, not " + NrvTomlTypeName(value));
     } else if (key == "name") {
         pRule->name = *text;
     } else {
@@ -281,7 +279,7 @@ void CRulesReader::ReadRule(const toml::table& table, const std::string& label, 
     for (const TNrvSettingError& error : contradictions) {
         const toml::node* pWhere = rule.apSetting[error.setting];
         Error(pWhere != nullptr ? pWhere->source() : table.source(),
-              label + " can never match: " + error.Describe(kRuleSettingNames));
+              label + " can never match: " + error.Describe(kNrvRuleSettingNames));
     }
 
     if (table.find("expression") == table.end())
@@ -334,11 +332,23 @@ void CRulesReader::ExpressionError(const toml::node& value, const std::string& e
 
 bool NrvReadRules(const char* pText, size_t nLength, CNrvRuleSet* pSet, std::vector<TNrvRulesError>* pErrors)
 {
+    return NrvReadRules(pText, nLength, pSet, nullptr, pErrors);
+}
+
+bool NrvReadRules(const char* pText, size_t nLength, CNrvRuleSet* pSet, std::vector<TNrvRuleTest>* pTests,
+                  std::vector<TNrvRulesError>* pErrors)
+{
     CRulesReader reader(std::string_view(pText != nullptr ? pText : "", pText != nullptr ? nLength : 0), pErrors);
-    return reader.Read(pSet);
+    return reader.Read(pSet, pTests);
 }
 
 bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRulesError>* pErrors)
+{
+    return NrvReadRulesFile(pszPath, pSet, nullptr, pErrors);
+}
+
+bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRuleTest>* pTests,
+                      std::vector<TNrvRulesError>* pErrors)
 {
     std::string text;
     FILE* pFile = fopen(pszPath, "rb");
@@ -361,7 +371,7 @@ bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRu
         pErrors->push_back(std::move(error));
         return false;
     }
-    return NrvReadRules(text.data(), text.size(), pSet, pErrors);
+    return NrvReadRules(text.data(), text.size(), pSet, pTests, pErrors);
 }
 
 std::string NrvFormatRulesError(const char* pszFileName, const TNrvRulesError& error)

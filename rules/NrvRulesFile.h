@@ -1,5 +1,6 @@
 // Rules kept in a TOML file: an ordered list of [[rule]] tables, each with
-// an expression and optional trigger conditions, read into a CNrvRuleSet.
+// an expression and optional trigger conditions, read into a CNrvRuleSet,
+// and [[test]] tables that say what the rules must do (NrvRuleTests.h).
 //
 //   [[rule]]
 //   name = "Part numbers"                    # optional
@@ -21,6 +22,7 @@
 #include <vector>
 
 #include "NrvRuleSet.h"
+#include "NrvRuleTests.h"
 
 // One thing wrong with a rules file, at the place that causes it.
 struct TNrvRulesError {
@@ -36,11 +38,17 @@ struct TNrvRulesError {
 // order, and returns true. Otherwise returns false with *pSet unchanged and
 // every error found appended to *pErrors in file order (a TOML syntax error
 // ends the reading, so it comes alone). std::bad_alloc passes through.
+// The file's [[test]] tables (NrvRuleTests.h) are read and checked too:
+// with pTests, they replace *pTests on success; without, only checked.
 bool NrvReadRules(const char* pText, size_t nLength, CNrvRuleSet* pSet, std::vector<TNrvRulesError>* pErrors);
+bool NrvReadRules(const char* pText, size_t nLength, CNrvRuleSet* pSet, std::vector<TNrvRuleTest>* pTests,
+                  std::vector<TNrvRulesError>* pErrors);
 
 // Reads the file at pszPath as NrvReadRules does; an unreadable file is one
 // error on line 0.
 bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRulesError>* pErrors);
+bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRuleTest>* pTests,
+                      std::vector<TNrvRulesError>* pErrors);
 
 // "FILE:LINE:COLUMN: message", then, when the error has a line, that line
 // and a caret under the culprit; each line ends with '\n'.

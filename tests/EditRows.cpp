@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "NrvDataEditingProfile.h"
+#include "NrvOperation.h"
 
 void ExpectEdit(const TEditRow& row)
 {
@@ -26,4 +29,61 @@ void ExpectEdit(const TEditRow& row)
     ASSERT_NE(nullptr, record.String.pValue);
     EXPECT_EQ(row.expected, std::string(record.String.pValue, record.String.nLength));
     EXPECT_EQ('\0', record.String.pValue[record.String.nLength]);
+}
+
+std::vector<std::string> SampleArguments(const TNrvCommandInfo& row)
+{
+    const std::string sample = row.pszSample;
+    const size_t nOpen = sample.find('(');
+    const size_t nClose = sample.rfind(')');
+    std::vector<std::string> arguments;
+    if (nOpen == std::string::npos || nClose == std::string::npos || nClose == nOpen + 1)
+        return arguments;
+    int nDepth = 0;
+    arguments.emplace_back();
+    for (size_t i = nOpen + 1; i < nClose; ++i) {
+        const char c = sample[i];
+        nDepth += c == '{' ? 1 : c == '}' ? -1 : 0;
+        if (c == ',' && nDepth == 0)
+            arguments.emplace_back();
+        else
+            arguments.back() += c;
+    }
+    return arguments;
+}
+
+std::vector<std::string> SampleArgumentsOver(const TNrvCommandInfo& row, const std::string& text)
+{
+    std::vector<std::string> arguments = SampleArguments(row);
+    for (std::string& argument : arguments) {
+        if (argument.find('{') != std::string::npos)
+            argument = text;
+    }
+    return arguments;
+}
+
+std::string CallOf(const TNrvCommandInfo& row, const std::vector<std::string>& arguments)
+{
+    std::string call = std::string("{") + row.pszName + "(";
+    for (size_t i = 0; i < arguments.size(); ++i)
+        call += (i == 0 ? "" : ",") + arguments[i];
+    return call + ")}";
+}
+
+CNrvOperation* MakeCommand(const char* pszName, const std::vector<const char*>& parameters,
+                           CNrvDataEditingProfile* pProfile)
+{
+    CNrvOperationFactory* pFactory =
+        CNrvOperationDictionary::GetLibraryDictionary()->GetValue(pszName, strlen(pszName));
+    CNrvOperation* pOperation = nullptr;
+    EXPECT_NE(nullptr, pFactory) << pszName;
+    if (pFactory == nullptr || pFactory->CreateOperation(pProfile, &pOperation) < 0)
+        return nullptr;
+    for (const char* pszParameter : parameters) {
+        CNrvParsingString text(pszParameter);
+        CNrvOperation* pLiteral = text.IsNumber() ? new CNrvOperationInteger(pProfile, &text)
+                                                  : new CNrvOperationString(pProfile, &text);
+        EXPECT_GE(pOperation->GetOperationsList()->AddTail(pLiteral), 0);
+    }
+    return pOperation;
 }

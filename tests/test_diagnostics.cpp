@@ -286,6 +286,27 @@ TEST(Explain, GivesEveryNodeItsRangeAndValue)
     }
 }
 
+// A node keeps at most kNrvExplainValueBytes of its value and the whole
+// length; the output is kept whole.
+TEST(Explain, KeepsAPrefixOfLongValuesAndTheirLength)
+{
+    for (size_t nLength : {size_t(0), kNrvExplainValueBytes - 1, kNrvExplainValueBytes, kNrvExplainValueBytes + 1,
+                           size_t(1) << 20}) {
+        SCOPED_TRACE(nLength);
+        std::string scan(nLength, 'x');
+        if (nLength != 0)
+            scan.back() = '\0';  // not text: a zero byte is kept like any other
+        const TNrvExplanation explanation = NrvExplain("{Substring({DecodedData()},-1,-1)}", scan.data(), nLength);
+        ASSERT_EQ(NRV_OK, explanation.nCode);
+        EXPECT_EQ(scan, explanation.output);
+        ASSERT_EQ(1u, explanation.nodes.size());
+        for (const TNrvExplainNode* pNode : {&explanation.nodes[0], &explanation.nodes[0].params[0]}) {
+            EXPECT_EQ(nLength, pNode->nValueLength);
+            EXPECT_EQ(scan.substr(0, kNrvExplainValueBytes), pNode->value);
+        }
+    }
+}
+
 // Expressions made of pieces of the language, most of them nearly right:
 // bWantNumber asks for an item that fits a number position.
 std::string RandomExpression(std::mt19937& random, int nDepth = 0, bool bWantNumber = false)
@@ -307,7 +328,7 @@ std::string RandomExpression(std::mt19937& random, int nDepth = 0, bool bWantNum
             expression += "{DecodedData()}";
         } else {
             const TNrvCommandInfo* pRow = &pCommands[random() % nCommands];
-            while (bWantNumber && pRow->nResultType != CNrvOperationResult::typeInt && random() % 8 != 0)
+            while (bWantNumber && pRow->nResultType != kNrvKindNumber && random() % 8 != 0)
                 pRow = &pCommands[random() % nCommands];
             std::string name = pRow->pszName;
             if (random() % 40 == 0)
@@ -318,7 +339,7 @@ std::string RandomExpression(std::mt19937& random, int nDepth = 0, bool bWantNum
             expression += "{" + name + "(";
             for (size_t j = 0; j < nParameters && j < 6; ++j) {
                 const bool bNumber =
-                    j < pRow->nParameterCount && pRow->pParameters[j].nKind == CNrvOperationResult::typeInt;
+                    j < pRow->nParameterCount && pRow->pParameters[j].nKind == kNrvKindNumber;
                 expression += (j == 0 ? "" : ",") + RandomExpression(random, nDepth + 1, bNumber);
             }
             expression += random() % 40 == 0 ? ")" : ")}";
@@ -380,6 +401,11 @@ TEST(Diagnostics, AgreeWithParseAndEditOnRandomExpressions)
             }
             roots += node.value;
         }
+        const TNrvDiagnostic failure = NrvExplainFailure(expression.c_str(), scan.data(), scan.size());
+        EXPECT_EQ(explanation.failure.nCode, failure.nCode);
+        EXPECT_EQ(explanation.failure.nOffset, failure.nOffset);
+        EXPECT_EQ(explanation.failure.command, failure.command);
+        EXPECT_EQ(explanation.failure.message, failure.message);
         if (edited < 0) {
             ++nFailedEdits;
             EXPECT_TRUE(bFailedRoot);
@@ -408,6 +434,10 @@ TEST(Diagnostics, NullExpressionAndNullScan)
     EXPECT_FALSE(explanation.nodes[0].bRun);
     EXPECT_EQ("no scan data was given", explanation.failure.message);
     EXPECT_EQ(NRV_OK, NrvExplain("{DecodedData()}", nullptr, 0).nCode);
+    EXPECT_EQ(NRV_ERR_INVALID_PARAMETER, NrvExplainFailure(nullptr, "x", 1).nCode);
+    const TNrvDiagnostic failure = NrvExplainFailure("{DecodedData()}", nullptr, 3);
+    EXPECT_EQ(NRV_ERR_INVALID_PARAMETER, failure.nCode);
+    EXPECT_EQ("no scan data was given", failure.message);
 }
 
 struct TThreadTrace {
@@ -425,34 +455,34 @@ void KeepLine(bool, const char* pszLine, void* pContext)
 TEST(Trace, EachThreadHasItsOwnSink)
 {
     TThreadTrace mainTrace;
-    CNrvParsingString::SetTraceCallback(KeepLine, &mainTrace);
+    NrvSetTraceCallback(KeepLine, &mainTrace);
     const char* const apszExpressions[] = {"{DecodedData()}", "{MakeUpperCase(b)}"};
     const int kParses = 300;
     TThreadTrace traces[2];
     size_t anLinesOfOneParse[2] = {0, 0};
     for (int i = 0; i < 2; ++i) {
         TThreadTrace once;
-        CNrvParsingString::SetTraceCallback(KeepLine, &once);
+        NrvSetTraceCallback(KeepLine, &once);
         CNrvDataEditingProfile profile;
         profile.Parse(apszExpressions[i]);
         anLinesOfOneParse[i] = once.lines.size();
     }
-    CNrvParsingString::SetTraceCallback(KeepLine, &mainTrace);
+    NrvSetTraceCallback(KeepLine, &mainTrace);
     mainTrace.lines.clear();
 
     std::vector<std::thread> threads;
     for (int i = 0; i < 2; ++i) {
         threads.emplace_back([&, i] {
-            CNrvParsingString::SetTraceCallback(KeepLine, &traces[i]);
+            NrvSetTraceCallback(KeepLine, &traces[i]);
             CNrvDataEditingProfile profile;
             for (int n = 0; n < kParses; ++n)
                 profile.Parse(apszExpressions[i]);
-            CNrvParsingString::SetTraceCallback(nullptr, nullptr);
+            NrvSetTraceCallback(nullptr, nullptr);
         });
     }
     for (std::thread& thread : threads)
         thread.join();
-    CNrvParsingString::SetTraceCallback(nullptr, nullptr);
+    NrvSetTraceCallback(nullptr, nullptr);
 
     EXPECT_TRUE(mainTrace.lines.empty());
     for (int i = 0; i < 2; ++i) {
@@ -462,20 +492,6 @@ TEST(Trace, EachThreadHasItsOwnSink)
         for (const std::string& line : traces[i].lines)
             ASSERT_EQ(std::string::npos, line.find(pszOther)) << line;
     }
-}
-
-TEST(ResultCodes, NameAndMeaningOfEveryCode)
-{
-    const NRVRESULT codes[] = {NRV_OK, NRV_OK_NOT_TRIGGERED, NRV_ERR_INVALID_PARAMETER, NRV_ERR_OUT_OF_RANGE,
-                               NRV_ERR_SYNTAX, NRV_ERR_UNKNOWN_COMMAND, NRV_ERR_PARAMETER_COUNT};
-    for (NRVRESULT code : codes) {
-        ASSERT_NE(nullptr, NrvResultCodeName(code));
-        EXPECT_EQ(0, strncmp(NrvResultCodeName(code), "NRV_", 4));
-        EXPECT_NE(nullptr, NrvResultCodeMeaning(code));
-    }
-    EXPECT_STREQ("NRV_ERR_OUT_OF_RANGE", NrvResultCodeName(-43));
-    EXPECT_EQ(nullptr, NrvResultCodeName(-44));
-    EXPECT_EQ(nullptr, NrvResultCodeMeaning(7));
 }
 
 }  // namespace

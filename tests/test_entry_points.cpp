@@ -236,13 +236,3 @@ TEST(EntryPoints, SymbologyNamesAndNumbers)
         EXPECT_EQ(id, row.bOk ? row.id : kNrvScanSymbologyAztec);
     }
 }
-
-TEST(EntryPoints, CodeNamesCoverTheLimitCodes)
-{
-    for (NRVRESULT code : {NRV_ERR_TEXT_LIMIT, NRV_ERR_WORK_LIMIT, NRV_ERR_TEXT_TOO_LONG}) {
-        ASSERT_NE(NrvResultCodeName(code), nullptr);
-        EXPECT_NE(NrvResultCodeMeaning(code), nullptr);
-    }
-    EXPECT_STREQ(NrvResultCodeName(NRV_ERR_WORK_LIMIT), "NRV_ERR_WORK_LIMIT");
-    EXPECT_EQ(NrvResultCodeName(-1), nullptr);
-}

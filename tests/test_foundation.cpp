@@ -2,13 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <vector>
 
 #include "NrvList.h"
 #include "NrvOperation.h"
+#include "NrvResultCodes.h"
 #include "NrvRuntimeLib.h"
+#include "NrvSuggest.h"
 #include "NrvUtilities.h"
 
 namespace {
@@ -74,6 +77,88 @@ TEST(StringServices, SprintfIsBoundedAndAlwaysTerminated)
     EXPECT_EQ('\0', szSmall[3]);
     EXPECT_LT(CNrvRuntimeLib::Sprintf(nullptr, 4, "%d", 1), 0);
     EXPECT_LT(CNrvRuntimeLib::Sprintf(szSmall, 0, "%d", 1), 0);
+}
+
+// Every code the library returns has its name and a meaning; any other value
+// has neither and is described by its number.
+TEST(ResultCodes, NameAndMeaningOfEveryCode)
+{
+    const struct {
+        NRVRESULT nCode;
+        const char* pszName;  // null: not a code of the library
+    } rows[] = {
+        {NRV_OK, "NRV_OK"},
+        {NRV_OK_NOT_TRIGGERED, "NRV_OK_NOT_TRIGGERED"},
+        {NRV_ERR_INVALID_PARAMETER, "NRV_ERR_INVALID_PARAMETER"},
+        {NRV_ERR_OUT_OF_RANGE, "NRV_ERR_OUT_OF_RANGE"},
+        {NRV_ERR_SYNTAX, "NRV_ERR_SYNTAX"},
+        {NRV_ERR_TEXT_LIMIT, "NRV_ERR_TEXT_LIMIT"},
+        {NRV_ERR_WORK_LIMIT, "NRV_ERR_WORK_LIMIT"},
+        {NRV_ERR_TEXT_TOO_LONG, "NRV_ERR_TEXT_TOO_LONG"},
+        {NRV_ERR_UNKNOWN_COMMAND, "NRV_ERR_UNKNOWN_COMMAND"},
+        {NRV_ERR_PARAMETER_COUNT, "NRV_ERR_PARAMETER_COUNT"},
+        {-1, nullptr},
+        {-44, nullptr},
+        {2, nullptr},
+        {INT64_MIN, nullptr},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.nCode);
+        if (row.pszName == nullptr) {
+            EXPECT_EQ(nullptr, NrvResultCodeName(row.nCode));
+            EXPECT_EQ(nullptr, NrvResultCodeMeaning(row.nCode));
+            EXPECT_EQ("failed with code " + std::to_string(static_cast<long long>(row.nCode)),
+                      NrvDescribeCode(row.nCode));
+            continue;
+        }
+        EXPECT_STREQ(row.pszName, NrvResultCodeName(row.nCode));
+        ASSERT_NE(nullptr, NrvResultCodeMeaning(row.nCode));
+        EXPECT_NE('\0', NrvResultCodeMeaning(row.nCode)[0]);
+        EXPECT_EQ(NrvResultCodeMeaning(row.nCode), NrvDescribeCode(row.nCode));
+    }
+    // NrvResultCodeAt walks the named codes, in the rows' order, and stops.
+    size_t nIndex = 0;
+    NRVRESULT nCode = 0;
+    for (const auto& row : rows) {
+        if (row.pszName != nullptr) {
+            ASSERT_TRUE(NrvResultCodeAt(nIndex++, &nCode));
+            EXPECT_EQ(nCode, row.nCode);
+        }
+    }
+    EXPECT_FALSE(NrvResultCodeAt(nIndex, &nCode));
+}
+
+// The same name in another case first, then the nearest within two edits,
+// the first on a tie; a name of any length costs no more than a short one.
+TEST(Suggest, NearestWithinTwoEditsOrTheSameButForCase)
+{
+    const char* const candidates[] = {"DecodedData", "Extract", "Extracts", "ab", "AB", "abc", "ABD", "starts-with"};
+    const struct {
+        std::string name;
+        const char* pszExpected;
+    } rows[] = {
+        {"decodedData", "DecodedData"},
+        {"DECODEDDATA", "DecodedData"},
+        {"DeocdedData", "DecodedData"},  // a swap of neighbours is one edit
+        {"DecodedDat", "DecodedData"},
+        {"DecodedDataxy", "DecodedData"},
+        {"DecodedDataxyz", nullptr},  // three edits
+        {"Decod", nullptr},
+        {"Extr\xFF" "ct", "Extract"},  // a high byte is a byte like any other
+        {"Extractss", "Extracts"},    // the nearest, not the first within two
+        {"cd", "ab"},                 // both two edits away: the first
+        {"abD", "ABD"},               // the same but for case beats one edit away (abc)
+        {"start-with", "starts-with"},
+        {"", "ab"},
+        {std::string(1, '\0'), "ab"},
+        {std::string(2u << 20, 'x'), nullptr},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name.substr(0, 20));
+        const char* pszSuggestion = NrvSuggest(row.name, candidates, sizeof candidates / sizeof candidates[0]);
+        EXPECT_STREQ(row.pszExpected, pszSuggestion);
+    }
+    EXPECT_EQ(nullptr, NrvSuggest("ab", candidates, 0));
 }
 
 TEST(ValueRecord, IntegersReadAsSignWidenedSizesAndDecimalText)

@@ -264,39 +264,23 @@ TEST(IndexCommandParser, RefusesWrongParameterKinds)
     }
 }
 
-namespace {
-
-// A command with literal parameters, as the parser would build it.
-template <class TOperation>
-CNrvOperation* MakeCommand(const std::vector<const char*>& parameters)
-{
-    CNrvOperation* pOperation = new TOperation(nullptr);
-    for (const char* pszParameter : parameters) {
-        CNrvParsingString text(pszParameter);
-        CNrvOperation* pLiteral = text.IsNumber() ? new CNrvOperationInteger(nullptr, &text)
-                                                  : new CNrvOperationString(nullptr, &text);
-        EXPECT_GE(pOperation->GetOperationsList()->AddTail(pLiteral), 0);
-    }
-    return pOperation;
-}
-
-}  // namespace
-
 // A command's own refusal leaves the caller's record as it was, text and all.
 TEST(IndexCommandRun, RefusalLeavesTheRecordAsItWas)
 {
+    CNrvDataEditingProfile profile;
     CNrvOperation* const operations[] = {
-        MakeCommand<CNrvOperationTruncateFromBeginning>({"ABCD", "4"}),
-        MakeCommand<CNrvOperationTruncateFromEnd>({"ABCD", "-1"}),
-        MakeCommand<CNrvOperationFindFirstFromIndex>({"ABCD", "4", "C", "0"}),
-        MakeCommand<CNrvOperationFindLastFromIndex>({"ABCD", "-3", "C", "0"}),
-        MakeCommand<CNrvOperationTruncateAfterIndex>({"ABCD", "-3", "0"}),
-        MakeCommand<CNrvOperationTruncateBeforeIndex>({"ABCD", "-2147483648", "0"}),
-        MakeCommand<CNrvOperationInsertAfterIndex>({"ABCD", "4", "-"}),
-        MakeCommand<CNrvOperationInsertBeforeIndex>({"", "0", "-"}),
+        MakeCommand("TruncateFromBeginning", {"ABCD", "4"}, &profile),
+        MakeCommand("TruncateFromEnd", {"ABCD", "-1"}, &profile),
+        MakeCommand("FindFirstFromIndex", {"ABCD", "4", "C", "0"}, &profile),
+        MakeCommand("FindLastFromIndex", {"ABCD", "-3", "C", "0"}, &profile),
+        MakeCommand("TruncateAfterIndex", {"ABCD", "-3", "0"}, &profile),
+        MakeCommand("TruncateBeforeIndex", {"ABCD", "-2147483648", "0"}, &profile),
+        MakeCommand("InsertAfterIndex", {"ABCD", "4", "-"}, &profile),
+        MakeCommand("InsertBeforeIndex", {"", "0", "-"}, &profile),
     };
     for (CNrvOperation* pOperation : operations) {
         std::unique_ptr<CNrvOperation> operation(pOperation);
+        ASSERT_NE(nullptr, pOperation);
         ASSERT_TRUE(operation->CheckIfParametersAreCorrect());
         CNrvOperationResult result;
         ASSERT_EQ(result.WriteResult("kept", 4), kOk);

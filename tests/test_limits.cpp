@@ -9,7 +9,9 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <vector>
 
+#include "EditRows.h"
 #include "NrvDataEditingProfile.h"
 #include "NrvDiagnostics.h"
 #include "NrvOperation.h"
@@ -138,25 +140,25 @@ TEST(Limits, GrowingCommandsCheckTheLargestText)
     }
 }
 
-// Over literal parameters (which cost nothing) each command's own charge
-// is the first: a budget of 1 stops every one of them.
+// Over literal parameters, which cost nothing, a command's own work is all
+// there is beside joining its result to the output, which costs the
+// result's length: a budget of just that length stops every command, and an
+// ample one changes nothing. Each command's sample call, with the scan it
+// reads written as a literal.
 TEST(Limits, EveryCommandChargesItsWork)
 {
-    const char* const apszExpressions[] = {
-        "{TruncateFromBeginning(abc,1)}",      "{TruncateFromEnd(abc,1)}",
-        "{TruncateAfterIndex(abc,1,0)}",       "{TruncateBeforeIndex(abc,1,0)}",
-        "{InsertAfterIndex(abc,1,x)}",         "{InsertBeforeIndex(abc,1,x)}",
-        "{FindFirstFromIndex(abc,-1,b,0)}",    "{FindLastFromIndex(abc,-1,b,0)}",
-        "{Substring(abc,0,3)}",                "{Extract(abc,a,c)}",
-        "{Replace(abc,b,x)}",                  "{Substitute(abc,b,x)}",
-        "{MakeUpperCase(abc)}",                "{MakeLowerCase(abc)}",
-        "{ReplaceNonPrintableCharacters(abc,x)}", "{EscapeCharacter(41)}",
-        "{DecodedData()}",                     "{DecodedDataWithoutTrailer()}",
-    };
-    for (const char* pszExpression : apszExpressions) {
-        SCOPED_TRACE(pszExpression);
-        EXPECT_EQ(EditWithLimits(pszExpression, "abc", {kNone, 1, kNone}).code, NRV_ERR_WORK_LIMIT);
-        EXPECT_GE(EditWithLimits(pszExpression, "abc", {kNone, 1000, kNone}).code, NRV_OK);
+    size_t nCount = 0;
+    const TNrvCommandInfo* pTable = NrvGetCommandTable(&nCount);
+    for (size_t i = 0; i < nCount; ++i) {
+        const std::string call = CallOf(pTable[i], SampleArgumentsOver(pTable[i], SampleScan()));
+        SCOPED_TRACE(call);
+        const TOutcome unlimited = EditWithLimits(call, SampleScan(), {kNone, kNone, kNone});
+        ASSERT_EQ(unlimited.code, NRV_OK);
+        ASSERT_FALSE(unlimited.text.empty());  // a budget of 0 would be none
+        EXPECT_EQ(EditWithLimits(call, SampleScan(), {kNone, unlimited.text.size(), kNone}).code, NRV_ERR_WORK_LIMIT);
+        const TOutcome ample = EditWithLimits(call, SampleScan(), {kNone, 1000, kNone});
+        EXPECT_EQ(ample.code, NRV_OK);
+        EXPECT_EQ(ample.text, unlimited.text);
     }
 }
 

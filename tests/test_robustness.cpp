@@ -16,7 +16,10 @@
 #include <string>
 #include <vector>
 
+#include "EditRows.h"
+#include "NrvCommandTable.h"
 #include "NrvDataEditingProfile.h"
+#include "NrvDiagnostics.h"
 #include "NrvParsingString.h"
 #include "NrvRuleSet.h"
 #include "NrvScanTypes.h"
@@ -54,6 +57,11 @@ constexpr uint32_t kBlockMagic = 0x4e52564du;
 // -1: inert. n >= 0: the allocation after n more succeed throws, once.
 long long g_nAllocationsBeforeFailure = -1;
 long long g_nLiveAllocations = 0;
+// Bytes: held now, the most held since the last ResetPeak, and allocated
+// in all (a measure of work that a machine's load cannot disturb).
+size_t g_nLiveBytes = 0;
+size_t g_nPeakBytes = 0;
+size_t g_nAllocatedBytes = 0;
 
 void* AllocateBlock(size_t nSize, uint32_t nForm)
 {
@@ -74,6 +82,10 @@ void* AllocateBlock(size_t nSize, uint32_t nForm)
     __asan_poison_memory_region(pHeader, sizeof(TBlockHeader));
 #endif
     ++g_nLiveAllocations;
+    g_nLiveBytes += nSize;
+    g_nAllocatedBytes += nSize;
+    if (g_nLiveBytes > g_nPeakBytes)
+        g_nPeakBytes = g_nLiveBytes;
     return pHeader + 1;
 }
 
@@ -99,7 +111,25 @@ void ReleaseBlock(void* p, uint32_t nForm, size_t nSize, bool bSized) noexcept
         BadRelease("sized delete with a size other than the allocation's", p);
     pHeader->nMagic = 0;
     --g_nLiveAllocations;
+    g_nLiveBytes -= pHeader->nSize;
     std::free(pHeader);
+}
+
+// What running f costs: the most bytes it held at once beyond what was held
+// before, and the bytes it allocated in all.
+struct TCost {
+    size_t nPeakBytes;
+    size_t nAllocatedBytes;
+};
+
+template <class F>
+TCost CostOf(F f)
+{
+    const size_t nLiveBefore = g_nLiveBytes;
+    const size_t nAllocatedBefore = g_nAllocatedBytes;
+    g_nPeakBytes = g_nLiveBytes;
+    f();
+    return {g_nPeakBytes - nLiveBefore, g_nAllocatedBytes - nAllocatedBefore};
 }
 
 // Arms the countdown so that the n-th allocation from now (n >= 1) throws.
@@ -243,8 +273,6 @@ TOutcome EditOnce(const std::string& expression, const std::string& scan, bool b
 }
 
 constexpr size_t kMegabyte = 1024 * 1024;
-// Any code the engine answers with that is not one of these is a fault.
-constexpr NRVRESULT kAnyCode = 1000;
 
 int ByteLetter(size_t)
 {
@@ -273,9 +301,9 @@ std::string Int(long long n)
 // ---------------------------------------------------------------------------
 
 struct TAllocationCase {
-    const char* pszExpression;
-    const char* pszScan;
-    const char* pszLongerScan;  // for the second edit, so that buffers must grow
+    std::string expression;
+    std::string scan;
+    std::string longerScan;  // for the second edit, so that buffers must grow
 };
 
 const TAllocationCase kAllocationCases[] = {
@@ -309,8 +337,8 @@ void Trace(bool, const char* pszLine, void* pContext)
 // has already edited the scan, so that its buffers must grow.
 void CheckEveryAllocationFailureOf(const TAllocationCase& row, bool bSecondEdit)
 {
-    const std::string expression = row.pszExpression;
-    const std::string scan = bSecondEdit ? row.pszLongerScan : row.pszScan;
+    const std::string& expression = row.expression;
+    const std::string& scan = bSecondEdit ? row.longerScan : row.scan;
     const TOutcome reference = EditOnce(expression, scan);
 
     bool bDone = false;
@@ -322,7 +350,7 @@ void CheckEveryAllocationFailureOf(const TAllocationCase& row, bool bSecondEdit)
             std::string text;
             if (bSecondEdit) {
                 ASSERT_EQ(profile.Parse(expression.c_str()), reference.parse);
-                EditChecked(profile, row.pszScan, &text, false);
+                EditChecked(profile, row.scan, &text, false);
             }
             std::vector<char> input(scan.begin(), scan.end());
             TNrvScanDecodedData record = {kNrvScanSymbologyCode128, {0, nullptr}, {input.size(), input.data()}};
@@ -368,9 +396,17 @@ void CheckEveryAllocationFailure(const TAllocationCase& row)
 TEST(RobustnessAllocation, EveryAllocationOfAParseAndAnEditMayFail)
 {
     for (const TAllocationCase& row : kAllocationCases) {
-        SCOPED_TRACE(row.pszExpression);
+        SCOPED_TRACE(row.expression);
         CheckEveryAllocationFailure(row);
     }
+    // And every command's sample call, all in one expression.
+    TAllocationCase samples = {"", SampleScan(), std::string(SampleScan()) + "-gh-ij-kl-mn-op-qr-st-uv-wx-yz"};
+    size_t nCount = 0;
+    const TNrvCommandInfo* pTable = NrvGetCommandTable(&nCount);
+    for (size_t i = 0; i < nCount; ++i)
+        samples.expression += pTable[i].pszSample;
+    SCOPED_TRACE(samples.expression);
+    CheckEveryAllocationFailure(samples);
 }
 
 TEST(RobustnessAllocation, FailuresWhileTracingAreHandledToo)
@@ -526,59 +562,57 @@ TEST(RobustnessHostile, AFailedParseLeavesTheProfileUsable)
 // Hostile scans: every command over 0 bytes, 1 MB, zero bytes and high bytes
 // ---------------------------------------------------------------------------
 
+// Uses of the commands over {DecodedData()}, each with a bound on the
+// edited length for a scan of n bytes: n * nTimes + nPlus.
 struct TCommandUse {
-    const char* pszExpression;  // over {DecodedData()}
-    // Largest edited length for a scan of n bytes (a bound, not the result).
-    size_t (*pfnBound)(size_t);
-    bool bMayRefuse;  // -43 is a legitimate answer for some scans
+    std::string expression;
+    size_t nTimes;
+    size_t nPlus;
 };
 
-size_t Same(size_t n)
+// Every command's sample call with the scan as its first text, bounded by
+// what its other arguments could add per byte; then uses that feed the
+// commands texts and positions that other commands computed over the scan.
+std::vector<TCommandUse> EveryCommandOverTheScan()
 {
-    return n;
-}
-size_t PlusSmall(size_t n)
-{
-    return n + 16;
-}
-size_t Double(size_t n)
-{
-    return 2 * n + 16;
-}
-size_t Digits(size_t)
-{
-    return 11;
+    std::vector<TCommandUse> uses;
+    size_t nCount = 0;
+    const TNrvCommandInfo* pTable = NrvGetCommandTable(&nCount);
+    for (size_t i = 0; i < nCount; ++i) {
+        std::vector<std::string> arguments = SampleArguments(pTable[i]);
+        size_t nOthers = 0;
+        for (size_t j = 0; j < arguments.size(); ++j) {
+            if (j == 0 && pTable[i].pParameters[0].nKind == kNrvKindText)
+                arguments[0] = "{DecodedData()}";
+            else
+                nOthers += arguments[j].size();
+        }
+        uses.push_back({CallOf(pTable[i], arguments), 1 + nOthers, nOthers + 11});
+    }
+    const std::string e = "{DecodedData()}";
+    const TCommandUse nested[] = {
+        {"{TruncateFromEnd(" + e + ",-2)}", 1, 0},
+        {"{Replace(" + e + ",{TruncateFromEnd(" + e + ",1)},x)}", 1, 16},
+        {"{Substitute(" + e + ",a,bb)}", 2, 16},
+        {"{Substitute(" + e + ",{EscapeCharacter(00)},.)}", 1, 0},
+        {"{InsertAfterIndex(" + e + ",-1,<>)}", 1, 16},
+        {"{InsertBeforeIndex(" + e + ",-1,<>)}", 1, 16},
+        {"{InsertBeforeIndex(" + e + ",0," + e + ")}", 2, 16},
+        {"{FindFirstFromIndex(" + e + ",-1,x,0)}", 0, 11},
+        {"{FindFirstFromIndex(" + e + ",0," + e + ",-1)}", 0, 11},
+        {"{FindLastFromIndex(" + e + ",-1,{Substring(" + e + ",0,1)},0)}", 0, 11},
+        {"{FindLastFromIndex(" + e + ",0,a,0)}", 0, 11},
+        {"{ReplaceNonPrintableCharacters(" + e + ",<>)}", 2, 16},
+        {"{TruncateAfterIndex(" + e + ",{FindFirstFromIndex(" + e + ",-1,a,0)},1)}", 1, 0},
+        {"{TruncateBeforeIndex(" + e + ",{FindLastFromIndex(" + e + ",-1,{Substring(" + e + ",1,2)},0)},0)}", 1, 0},
+        {"{Substring(" + e + ",1,-1)}", 1, 0},
+        {"{Extract(" + e + ",{EscapeCharacter(00)},{EscapeCharacter(FF)})}", 1, 0},
+    };
+    uses.insert(uses.end(), std::begin(nested), std::end(nested));
+    return uses;
 }
 
-const TCommandUse kEveryCommand[] = {
-    {"{DecodedData()}", &Same, false},
-    {"{DecodedDataWithoutTrailer()}", &Same, false},
-    {"{TruncateFromBeginning({DecodedData()},1)}", &Same, true},
-    {"{TruncateFromEnd({DecodedData()},-2)}", &Same, true},
-    {"{Replace({DecodedData()},a,bb)}", &PlusSmall, true},
-    {"{Replace({DecodedData()},{TruncateFromEnd({DecodedData()},1)},x)}", &PlusSmall, true},
-    {"{Substitute({DecodedData()},a,bb)}", &Double, false},
-    {"{Substitute({DecodedData()},{EscapeCharacter(00)},.)}", &Same, false},
-    {"{EscapeCharacter({DecodedData()})}", &Same, true},
-    {"{InsertAfterIndex({DecodedData()},-1,<>)}", &PlusSmall, false},
-    {"{InsertBeforeIndex({DecodedData()},-1,<>)}", &PlusSmall, true},
-    {"{InsertBeforeIndex({DecodedData()},0,{DecodedData()})}", &Double, true},
-    {"{FindFirstFromIndex({DecodedData()},-1,x,0)}", &Digits, false},
-    {"{FindFirstFromIndex({DecodedData()},0,{DecodedData()},-1)}", &Digits, true},
-    {"{FindLastFromIndex({DecodedData()},-1,{Substring({DecodedData()},0,1)},0)}", &Digits, false},
-    {"{FindLastFromIndex({DecodedData()},0,a,0)}", &Digits, true},
-    {"{MakeUpperCase({DecodedData()})}", &Same, false},
-    {"{MakeLowerCase({DecodedData()})}", &Same, false},
-    {"{ReplaceNonPrintableCharacters({DecodedData()},.)}", &Same, false},
-    {"{ReplaceNonPrintableCharacters({DecodedData()},<>)}", &Double, false},
-    {"{TruncateAfterIndex({DecodedData()},{FindFirstFromIndex({DecodedData()},-1,a,0)},1)}", &Same, false},
-    {"{TruncateBeforeIndex({DecodedData()},{FindLastFromIndex({DecodedData()},-1,{Substring({DecodedData()},1,2)},0)},0)}",
-     &Same, false},
-    {"{Substring({DecodedData()},1,-1)}", &Same, false},
-    {"{Extract({DecodedData()},a,a)}", &Same, true},
-    {"{Extract({DecodedData()},{EscapeCharacter(00)},{EscapeCharacter(FF)})}", &Same, true},
-};
-
+// A use may refuse a scan it does not fit (-43), but nothing else.
 TEST(RobustnessHostile, EveryCommandOverHostileScans)
 {
     struct TScan {
@@ -596,16 +630,81 @@ TEST(RobustnessHostile, EveryCommandOverHostileScans)
         {"one zero byte", std::string(1, '\0'), false},
         {"one 0xFF byte", std::string(1, '\xff'), false},
     };
-    for (const TCommandUse& use : kEveryCommand) {
+    for (const TCommandUse& use : EveryCommandOverTheScan()) {
         for (const TScan& scan : scans) {
-            SCOPED_TRACE(std::string(use.pszExpression) + " over " + scan.pszName);
-            const TOutcome outcome = EditOnce(use.pszExpression, scan.bytes, scan.bNullPointer);
+            SCOPED_TRACE(use.expression + " over " + scan.pszName);
+            const TOutcome outcome = EditOnce(use.expression, scan.bytes, scan.bNullPointer);
             ASSERT_EQ(outcome.parse, NRV_OK);
-            if (use.bMayRefuse && outcome.edit == NRV_ERR_OUT_OF_RANGE)
+            if (outcome.edit == NRV_ERR_OUT_OF_RANGE)
                 continue;
             ASSERT_EQ(outcome.edit, NRV_OK);
-            EXPECT_LE(outcome.text.size(), use.pfnBound(scan.bytes.size()));
+            EXPECT_LE(outcome.text.size(), scan.bytes.size() * use.nTimes + use.nPlus);
         }
+    }
+}
+
+size_t CountNodes(const std::vector<TNrvExplainNode>& nodes)
+{
+    size_t nCount = nodes.size();
+    for (const TNrvExplainNode& node : nodes)
+        nCount += CountNodes(node.params);
+    return nCount;
+}
+
+// Telling why an expression fails costs about what parsing and editing
+// cost: an explanation computes each node once, under the edit's one work
+// budget, and keeps a prefix of each node's value; the failure alone keeps
+// none; an unknown name is compared only with commands of about its length.
+TEST(RobustnessHostile, DiagnosticsCostAboutWhatTheEditCosts)
+{
+    const std::string letters(64 * 1024, 'a');
+    const std::string chain = Nest("MakeUpperCase", 40, "{DecodedData()}");
+    const std::string roots = Repeat("{Substitute({DecodedData()},a,aa)}", 30);
+    const struct {
+        const char* pszName;
+        std::string expression;
+        std::string scan;
+        TNrvLimits limits;
+        NRVRESULT code;
+    } rows[] = {
+        {"a chain of 40", chain, letters, {}, NRV_OK},
+        {"a chain of 40 that fails at its top", "{TruncateFromBeginning(" + chain + ",99999999)}", letters, {},
+         NRV_ERR_OUT_OF_RANGE},
+        // Each root alone is at the largest text; the second passes it together with the first.
+        {"roots that pass the largest text together", roots, letters.substr(0, 4096), {8192, 0, 0},
+         NRV_ERR_TEXT_LIMIT},
+        {"an unknown name of 256 KB", "{" + std::string(256 * 1024, 'x') + "()}", "", {}, NRV_ERR_UNKNOWN_COMMAND},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.pszName);
+        const TCost edit = CostOf([&] {
+            CNrvDataEditingProfile profile;
+            profile.Parse(row.expression.c_str());
+            profile.WriteLimitMaximumTextSize(row.limits.nMaximumTextSize);
+            std::string text;
+            EXPECT_EQ(EditChecked(profile, row.scan, &text, false), row.code);
+        });
+        TNrvExplanation explanation;
+        const TCost explain = CostOf([&] {
+            explanation = NrvExplain(row.expression.c_str(), row.scan.data(), row.scan.size(), row.limits);
+        });
+        TNrvDiagnostic failure;
+        const TCost failing = CostOf([&] {
+            failure = NrvExplainFailure(row.expression.c_str(), row.scan.data(), row.scan.size(), row.limits);
+        });
+        const TCost diagnose = CostOf([&] { NrvDiagnoseParse(row.expression.c_str()); });
+        EXPECT_EQ(explanation.nCode, row.code);
+        EXPECT_EQ(failure.nCode, row.code);
+        EXPECT_EQ(failure.message, explanation.failure.message);
+        // Per node its place, name and value prefix, and a sentence that
+        // quotes the expression's words, escaped; with room to spare.
+        const size_t nKept =
+            CountNodes(explanation.nodes) * (kNrvExplainValueBytes + 1024) + 16 * row.expression.size();
+        EXPECT_LE(explain.nPeakBytes, 3 * edit.nPeakBytes + nKept);
+        EXPECT_LE(explain.nAllocatedBytes, 3 * edit.nAllocatedBytes + nKept);
+        EXPECT_LE(failing.nPeakBytes, 3 * edit.nPeakBytes + nKept);
+        EXPECT_LE(failing.nAllocatedBytes, 3 * edit.nAllocatedBytes + nKept);
+        EXPECT_LE(diagnose.nPeakBytes, 3 * edit.nPeakBytes + nKept);
     }
 }
 
@@ -704,58 +803,53 @@ TEST(RobustnessHostile, EveryCommandGivenEmptyTexts)
     // {DecodedData()} over a 0-byte scan is the empty text in every text
     // position; a literal cannot be empty where a number is required.
     const std::string e = "{DecodedData()}";
+    // Every command's sample call with each of its text parameters empty in
+    // turn, then all of them: any answer but a crash, a code other than
+    // -43, or a text longer than the literals could make.
+    std::vector<std::string> calls;
+    size_t nCount = 0;
+    const TNrvCommandInfo* pTable = NrvGetCommandTable(&nCount);
+    for (size_t i = 0; i < nCount; ++i) {
+        const std::vector<std::string> arguments = SampleArgumentsOver(pTable[i], SampleScan());
+        std::vector<std::string> allEmpty = arguments;
+        for (size_t j = 0; j < arguments.size(); ++j) {
+            if (pTable[i].pParameters[j].nKind != kNrvKindText)
+                continue;
+            std::vector<std::string> oneEmpty = arguments;
+            oneEmpty[j] = allEmpty[j] = e;
+            calls.push_back(CallOf(pTable[i], oneEmpty));
+        }
+        calls.push_back(CallOf(pTable[i], allEmpty));
+    }
+    for (const std::string& call : calls) {
+        SCOPED_TRACE(call);
+        for (bool bNull : {true, false}) {
+            const TOutcome outcome = EditOnce(call, std::string(), bNull);
+            ASSERT_EQ(outcome.parse, NRV_OK);
+            EXPECT_TRUE(outcome.edit == NRV_OK || outcome.edit == NRV_ERR_OUT_OF_RANGE) << outcome.edit;
+            EXPECT_LE(outcome.text.size(), call.size() * call.size());
+        }
+    }
+
+    // What the empty text means where the commands' own tables do not say.
     struct TRow {
         std::string expression;
         NRVRESULT edit;
         std::string text;
     };
     const TRow rows[] = {
-        {e, NRV_OK, ""},
-        {"{DecodedDataWithoutTrailer()}", NRV_OK, ""},
-        {"{TruncateFromBeginning(" + e + ",0)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{TruncateFromEnd(" + e + ",-2)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{Replace(" + e + "," + e + "," + e + ")}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{Replace(abc," + e + ",x)}", NRV_OK, "xabc"},
-        {"{Replace(abc,b," + e + ")}", NRV_OK, "ac"},
-        {"{Substitute(" + e + "," + e + "," + e + ")}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{Substitute(" + e + ",a,b)}", NRV_OK, ""},
-        {"{Substitute(abc," + e + ",x)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{Substitute(abc,b," + e + ")}", NRV_OK, "ac"},
-        {"{EscapeCharacter(" + e + ")}", NRV_ERR_OUT_OF_RANGE, ""},
         {"{InsertAfterIndex(" + e + ",-1," + e + ")}", NRV_OK, ""},
-        {"{InsertAfterIndex(" + e + ",-1,x)}", NRV_OK, "x"},
-        {"{InsertAfterIndex(" + e + ",0,x)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{InsertBeforeIndex(" + e + ",-1,x)}", kAnyCode, ""},
         {"{InsertBeforeIndex(" + e + ",-2,x)}", NRV_OK, ""},
-        {"{InsertBeforeIndex(" + e + ",0,x)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{FindFirstFromIndex(" + e + ",-1," + e + ",0)}", kAnyCode, ""},
-        {"{FindFirstFromIndex(" + e + ",0,x,0)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{FindFirstFromIndex(" + e + ",-1,x,0)}", NRV_OK, "-2"},
-        {"{FindLastFromIndex(" + e + ",-1,x,0)}", NRV_OK, "-2"},
-        {"{FindLastFromIndex(" + e + ",-1," + e + ",0)}", NRV_OK, "-2"},
-        {"{FindLastFromIndex(" + e + ",0,x,0)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{MakeUpperCase(" + e + ")}", NRV_OK, ""},
-        {"{MakeLowerCase(" + e + ")}", NRV_OK, ""},
+        {"{FindLastFromIndex(" + e + ",-1," + e + ",0)}", NRV_OK, "-2"},  // as long as the text: never found
         {"{ReplaceNonPrintableCharacters(" + e + "," + e + ")}", NRV_OK, ""},
-        {"{TruncateAfterIndex(" + e + ",0,0)}", NRV_OK, ""},
-        {"{TruncateBeforeIndex(" + e + ",0,0)}", NRV_OK, ""},
         {"{TruncateAfterIndex(" + e + ",5,-9)}", NRV_OK, ""},
-        {"{Substring(" + e + ",-1,-1)}", NRV_OK, ""},
         {"{Substring(" + e + ",5,2)}", NRV_OK, ""},
-        {"{Extract(" + e + ",a,b)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{Extract(abc," + e + ",b)}", NRV_ERR_OUT_OF_RANGE, ""},
-        {"{Extract(abc,a," + e + ")}", NRV_ERR_OUT_OF_RANGE, ""},
     };
     for (const TRow& row : rows) {
         SCOPED_TRACE(row.expression);
         for (bool bNull : {true, false}) {
             const TOutcome outcome = EditOnce(row.expression, std::string(), bNull);
             ASSERT_EQ(outcome.parse, NRV_OK);
-            if (row.edit == kAnyCode) {
-                EXPECT_TRUE(outcome.edit == NRV_OK || outcome.edit == NRV_ERR_OUT_OF_RANGE) << outcome.edit;
-                EXPECT_LE(outcome.text.size(), 3u);
-                continue;
-            }
             EXPECT_EQ(outcome.edit, row.edit);
             EXPECT_EQ(outcome.text, row.text);
         }

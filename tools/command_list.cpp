@@ -9,7 +9,7 @@ namespace {
 
 const char* KindName(int nKind)
 {
-    return nKind == CNrvOperationResult::typeInt ? "number" : "text";
+    return nKind == kNrvKindNumber ? "number" : "text";
 }
 
 }  // namespace

@@ -3,11 +3,9 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstring>
 #include <utility>
 
 #include "NrvDiagnostics.h"
-#include "NrvEscapes.h"
 #include "NrvParsingString.h"
 #include "NrvShownBytes.h"
 #include "explain_print.h"
@@ -110,17 +108,7 @@ public:
 
 private:
     // "rule 2 (Part numbers)", on one line whatever the name holds.
-    std::string Label(size_t nRule) const
-    {
-        std::string label = "rule " + std::to_string(nRule + 1);
-        const char* pszName = m_Rules.GetRuleName(nRule);
-        if (pszName != nullptr && pszName[0] != '\0') {
-            label += " (";
-            NrvAppendEscaped(pszName, strlen(pszName), &label);
-            label += ")";
-        }
-        return label;
-    }
+    std::string Label(size_t nRule) const { return NrvRuleLabel(m_Rules, nRule); }
 
     CNrvRuleSet m_Rules;
     bool m_bRequireMatch;
@@ -153,30 +141,52 @@ std::unique_ptr<CScanEditor> MakeExpressionEditor(const SOptions& options)
     return pEditor;
 }
 
-std::unique_ptr<CScanEditor> MakeRulesEditor(const SOptions& options)
-{
 #ifdef NRV_EDIT_HAVE_RULES
-    CNrvRuleSet rules;
+bool ReadRulesFile(const SOptions& options, const char* pszPath, CNrvRuleSet* pRules,
+                   std::vector<TNrvRuleTest>* pTests)
+{
     std::vector<TNrvRulesError> errors;
     bool bRead;
     {
         const CTrace trace(options.bTrace);
-        bRead = NrvReadRulesFile(options.pszRules, &rules, &errors);
+        bRead = NrvReadRulesFile(pszPath, pRules, pTests, &errors);
     }
     if (!bRead) {
         for (const TNrvRulesError& error : errors)
-            fputs(NrvFormatRulesError(options.pszRules, error).c_str(), stderr);
+            fputs(NrvFormatRulesError(pszPath, error).c_str(), stderr);
         fprintf(stderr, "nrv-edit: %zu error%s in the rules file %s\n", errors.size(), errors.size() == 1 ? "" : "s",
-                NrvShown(options.pszRules, kNrvBytesMessage).c_str());
-        return nullptr;
+                NrvShown(pszPath, kNrvBytesMessage).c_str());
+        return false;
     }
     // Every rule edits under the limits the tool's own expression would.
-    for (size_t i = 0; i < rules.GetRuleCount(); ++i)
-        options.settings.ApplyLimits(rules.GetRuleProfile(i));
+    for (size_t i = 0; i < pRules->GetRuleCount(); ++i)
+        options.settings.ApplyLimits(pRules->GetRuleProfile(i));
+    return true;
+}
+#endif
+
+bool HaveRules(const char* pszOption)
+{
+#ifdef NRV_EDIT_HAVE_RULES
+    (void)pszOption;
+    return true;
+#else
+    fprintf(stderr, "nrv-edit: %s is not available: this nrv-edit was built without the TOML reader "
+                    "(libtomlplusplus-dev)\nTry 'nrv-edit --help' for more information.\n", pszOption);
+    return false;
+#endif
+}
+
+std::unique_ptr<CScanEditor> MakeRulesEditor(const SOptions& options)
+{
+    if (!HaveRules("--rules"))
+        return nullptr;
+#ifdef NRV_EDIT_HAVE_RULES
+    CNrvRuleSet rules;
+    if (!ReadRulesFile(options, options.pszRules, &rules, nullptr))
+        return nullptr;
     return std::unique_ptr<CScanEditor>(new CRulesEditor(std::move(rules), options.bRequireMatch, options.bStats));
 #else
-    fprintf(stderr, "nrv-edit: --rules is not available: this nrv-edit was built without the TOML reader "
-                    "(libtomlplusplus-dev)\nTry 'nrv-edit --help' for more information.\n");
     return nullptr;
 #endif
 }

@@ -11,6 +11,9 @@
 #include "NrvDataEditingProfile.h"
 #include "NrvJson.h"
 #include "NrvRuleSet.h"
+#ifdef NRV_EDIT_HAVE_RULES
+#include "NrvRuleTests.h"
+#endif
 #include "NrvScanTypes.h"
 #include "options.h"
 
@@ -46,5 +49,17 @@ std::unique_ptr<CScanEditor> MakeExpressionEditor(const SOptions& options);
 // Reads the rules file and sets every rule's limits. Null when it cannot be
 // read or has errors, after every error was printed.
 std::unique_ptr<CScanEditor> MakeRulesEditor(const SOptions& options);
+
+// True when this nrv-edit reads rules files; otherwise says that pszOption
+// ("--rules") is not available, and false.
+bool HaveRules(const char* pszOption);
+
+#ifdef NRV_EDIT_HAVE_RULES
+// Reads the rules file at pszPath (and its tests, with pTests) under
+// --trace and gives every rule the tool's limits. False when it cannot be
+// read or has errors, after every error and their count were printed.
+bool ReadRulesFile(const SOptions& options, const char* pszPath, CNrvRuleSet* pRules,
+                   std::vector<TNrvRuleTest>* pTests);
+#endif
 
 #endif  // NRV_EDIT_EDITOR_H

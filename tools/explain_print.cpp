@@ -82,7 +82,8 @@ void AppendNode(const TNrvExplainNode& node, size_t nDepth, const TNrvExplanatio
         else
             *pOut += " => failed " + CodeSuffix(node.nCode);
     } else {
-        *pOut += " => " + (node.bInteger ? std::to_string(node.nInteger) : Quoted(node.value));
+        *pOut += " => ";
+        *pOut += node.bInteger ? std::to_string(node.nInteger) : Quoted(node.value.data(), node.nValueLength);
     }
     *pOut += '\n';
     for (const TNrvExplainNode& parameter : node.params)

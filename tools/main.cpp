@@ -19,6 +19,7 @@
 #include "editor.h"
 #include "line_io.h"
 #include "options.h"
+#include "rule_tests.h"
 #include "scan_printer.h"
 #include "stderr_sink.h"
 
@@ -50,13 +51,42 @@ bool Answer(const SOptions& options, int* pnStatus)
     return options.bHelp || options.bVersion || options.bListCommands;
 }
 
+// What does not go with --test, or "": each test gives its own scan and
+// symbology, so that every front end running the file gets the same outcomes.
+std::string TestMisuse(const SOptions& options)
+{
+    if (!options.data.empty())
+        return "--test takes no EXPRESSION or DATA: each test gives its own scan";
+    if (!options.firstTrigger.empty())
+        return options.firstTrigger + " does not go with --test: give each rule its triggers in the file";
+    const struct {
+        bool bGiven;
+        const char* pszOption;
+    } kOthers[] = {
+        {options.pszRules != nullptr, "--rules"},
+        {options.pszInput != nullptr, "-i"},
+        {options.bEscapes, "-e"},
+        {options.symbology != kNrvScanSymbologyNotSpecified, "-s"},
+        {options.bCheck, "--check"},
+        {options.bExplain, "--explain"},
+    };
+    for (const auto& other : kOthers)
+        if (other.bGiven)
+            return std::string(other.pszOption) + " does not go with --test: each test gives its own scan and symbology";
+    return std::string();
+}
+
 // What is wrong with the way the options go together, or "".
 std::string Misuse(const SOptions& options)
 {
+    if (options.pszJunit != nullptr && options.pszTest == nullptr)
+        return "--junit goes with --test";
+    if (options.pszTest != nullptr)
+        return TestMisuse(options);
     if (options.pszExpression == nullptr && options.pszRules == nullptr)
         return "missing EXPRESSION";
     if (options.bJson && !options.bCheck && !options.bExplain)
-        return "--json goes with --check or --explain";
+        return "--json goes with --check, --explain or --test";
     if (!options.data.empty() && options.pszInput != nullptr)
         return "give the scans either as DATA arguments or with -i, not both";
     // The file holds each rule's triggers; one set here would leave unclear which rules it applies to.
@@ -203,6 +233,8 @@ int Run(int argc, char** argv)
         return status;
     if (!Validate(&options, &decoded, &error))
         return UsageError(error);
+    if (options.pszTest != nullptr)
+        return RunRuleTests(options);
     const std::unique_ptr<CScanEditor> pEditor = BuildEditor(options, &status);
     return pEditor != nullptr ? EditScans(options, decoded, pEditor.get()) : status;
 }

@@ -34,6 +34,8 @@ enum {
     kOptMaxWork,
     kOptMaxLine,
     kOptMaxErrors,
+    kOptTest,
+    kOptJunit,
 };
 
 const option kLongOptions[] = {
@@ -61,6 +63,8 @@ const option kLongOptions[] = {
     {"max-work", required_argument, nullptr, kOptMaxWork},
     {"max-line", required_argument, nullptr, kOptMaxLine},
     {"max-errors", required_argument, nullptr, kOptMaxErrors},
+    {"test", required_argument, nullptr, kOptTest},
+    {"junit", required_argument, nullptr, kOptJunit},
     {nullptr, 0, nullptr, 0},
 };
 
@@ -158,6 +162,8 @@ bool TakeValue(int c, const char* pszValue, SOptions* pOptions, std::string* pEr
     switch (c) {
     case 'i': pOptions->pszInput = pszValue; return true;
     case kOptRules: pOptions->pszRules = pszValue; return true;
+    case kOptTest: pOptions->pszTest = pszValue; return true;
+    case kOptJunit: pOptions->pszJunit = pszValue; return true;
     case kOptColor:
         return ParseColor(pszValue, &pOptions->color) ||
                Refuse(pError, "invalid value '" + Shown(pszValue) + "' for --color (auto, always or never)");
@@ -209,8 +215,8 @@ bool ParseOptions(int argc, char** argv, SOptions* pOptions, std::string* pError
     }
     if ((pOptions->bStats || pOptions->bRequireMatch) && pOptions->pszRules == nullptr)
         return Refuse(pError, std::string(pOptions->bStats ? "--stats" : "--require-match") + " goes with --rules only");
-    // With --rules every operand is a scan.
-    if (optind < argc && pOptions->pszRules == nullptr)
+    // With --rules every operand is a scan (with --test, one too many).
+    if (optind < argc && pOptions->pszRules == nullptr && pOptions->pszTest == nullptr)
         pOptions->pszExpression = argv[optind++];
     for (; optind < argc; ++optind)
         pOptions->data.push_back(argv[optind]);
@@ -237,6 +243,7 @@ void PrintUsageAndOptions()
 {
     fputs("Usage: nrv-edit [OPTIONS] EXPRESSION [DATA...]\n"
           "       nrv-edit [OPTIONS] --rules FILE [DATA...]\n"
+          "       nrv-edit [OPTIONS] --test FILE\n"
           "Applies a data-editing expression to scans and prints one edited line per scan.\n"
           "Each DATA argument is one scan; without DATA, each line of standard input\n"
           "(or of -i FILE) is one scan, its newline not included.\n"
@@ -294,11 +301,16 @@ void PrintTriggersRulesAndStatus()
           "      --stats              at the end, on standard error: scans each rule edited,\n"
           "                           how many failed, how many no rule matched\n"
           "      --require-match      a scan no rule matched is a failure (printed unchanged)\n"
+          "      --test FILE          run the [[test]] tables of the rules file FILE: print\n"
+          "                           each failure, then how many passed and failed\n"
+          "                           (with --json, one object per test); no scan is read\n"
+          "      --junit REPORT       with --test: also write a JUnit XML report to REPORT\n"
           "\n"
           "Exit status: 0 every scan edited or passed through; 1 some scan's edit failed or\n"
           "passed a limit (that scan is printed unchanged); 2 usage error, an expression\n"
           "that does not parse, a rules file with errors, or a read or write error (the\n"
-          "tool stops at the first).\n"
+          "tool stops at the first). With --test: 0 every test passed; 1 a test failed,\n"
+          "or the file has none; 2 as above.\n"
           "\n",
           stdout);
 }

@@ -38,6 +38,11 @@ struct SOptions {
     bool bStats = false;
     bool bRequireMatch = false;
 
+    // --test FILE runs the tests of a rules file instead of editing scans;
+    // --junit FILE writes their report there too.
+    const char* pszTest = nullptr;
+    const char* pszJunit = nullptr;
+
     // What the tool itself bounds (0: no bound): the longest line read as a
     // scan, and the per-scan messages shown.
     static constexpr size_t kDefaultMaxLine = 4u << 20;

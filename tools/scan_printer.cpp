@@ -113,8 +113,14 @@ void CScanPrinter::ReportFailure(NRVRESULT result, const char* pData, size_t nLe
                 NrvResultCodeName(result), static_cast<long long>(result));
         return;
     }
-    const TNrvExplanation explanation = ExplainLast(result, pData, nLength);
-    fputs(FormatScanFailure(m_nScan, explanation.failure, m_pEditor->LastRuleLabel()).c_str(), stderr);
+    TNrvDiagnostic failure;
+    try {
+        failure = NrvExplainFailure(m_pEditor->LastExpression(), pData, nLength, m_Limits);
+    } catch (const std::bad_alloc&) {
+        failure.nCode = result;
+        failure.message = "out of memory while explaining the edit";
+    }
+    fputs(FormatScanFailure(m_nScan, failure, m_pEditor->LastRuleLabel()).c_str(), stderr);
 }
 
 // --explain: the scan's tree (or JSON object) instead of its edited line.

@@ -60,7 +60,7 @@ bool IsPlainText(std::string_view bytes)
 
 const char* KindName(int nKind)
 {
-    return nKind == CNrvOperationResult::typeInt ? "\"number\"" : "\"text\"";
+    return nKind == kNrvKindNumber ? "\"number\"" : "\"text\"";
 }
 
 }  // namespace
@@ -200,7 +200,7 @@ std::string CNrvPlayground::EditScans(int nSymbology, size_t nFirst, size_t nCou
         if (nCode < 0 && nRefused >= 0) {
             reply += ',';
             shown.AppendDiagnostic(
-                NrvExplain(m_Expression.c_str(), scan.bytes.data(), scan.bytes.size(), m_Settings.Limits()).failure,
+                NrvExplainFailure(m_Expression.c_str(), scan.bytes.data(), scan.bytes.size(), m_Settings.Limits()),
                 &reply);
         }
         reply += ']';

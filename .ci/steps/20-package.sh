@@ -19,11 +19,15 @@ cmake -S . -B build-pkg ${generator[@]+"${generator[@]}"} -DCMAKE_BUILD_TYPE=Rel
 cmake --build build-pkg -j2
 cmake --install build-pkg --prefix "$prefix" >/dev/null
 
-for f in lib/libnrvdataedit.a include/nrv/NrvDataEditingProfile.h include/nrv/NrvOperation.h \
-         include/nrv/NrvScanTypes.h include/nrv/NrvList.h lib/pkgconfig/nrvdataedit.pc \
+for f in lib/libnrvdataedit.a include/nrv/NrvDataEditingProfile.h include/nrv/NrvDiagnostics.h \
+         include/nrv/NrvScanTypes.h include/nrv/NrvResultCodes.h lib/pkgconfig/nrvdataedit.pc \
          lib/cmake/NrvDataEditing/NrvDataEditingConfig.cmake \
          lib/cmake/NrvDataEditing/NrvDataEditingConfigVersion.cmake; do
   [ -f "$prefix/$f" ] || { echo "missing from the install: $f" >&2; exit 1; }
+done
+# Only the interface is installed: the engine's own classes stay private.
+for f in NrvOperation.h NrvOperationResult.h NrvCommand.h NrvParsingString.h NrvParseRecorder.h; do
+  [ ! -e "$prefix/include/nrv/$f" ] || { echo "a private header was installed: $f" >&2; exit 1; }
 done
 version=$(PKG_CONFIG_PATH="$prefix/lib/pkgconfig" pkg-config --modversion nrvdataedit)
 if [ -f build-pkg/tools/nrv-edit ]; then
@@ -32,8 +36,11 @@ if [ -f build-pkg/tools/nrv-edit ]; then
   [ "$tool_version" = "nrv-edit $version" ] ||
     { echo "installed tool says '$tool_version', package is $version" >&2; exit 1; }
 fi
-# Every header the umbrella pulls in must be there: compile it alone.
-echo '#include "NrvOperation.h"' | ${CXX:-c++} -std=c++17 -fsyntax-only -I"$prefix/include/nrv" -x c++ -
+# Every installed header compiles alone: whatever it includes was installed.
+for header in "$prefix"/include/nrv/*.h; do
+  echo "#include \"$(basename "$header")\"" | ${CXX:-c++} -std=c++17 -fsyntax-only -I"$prefix/include/nrv" -x c++ - ||
+    { echo "$(basename "$header") does not compile alone from the install" >&2; exit 1; }
+done
 # The README's first C++ example, a whole program, compiles as shown against
 # the installed headers.
 awk '/^```cpp$/ { on = 1; next } on && /^```$/ { exit } on' README.md |
@@ -60,7 +67,7 @@ expected=$(printf '[AB1234]\t0\n[]\t0\n[XY]\t0')
 
 if [ -f build-pkg/rules/libnrvrules.a ]; then
   echo "-- rules library (find_package Nrv::Rules, pkg-config nrvrules)"
-  for f in lib/libnrvrules.a include/nrv/NrvRulesFile.h include/nrv/NrvRuleSet.h lib/pkgconfig/nrvrules.pc; do
+  for f in lib/libnrvrules.a include/nrv/NrvRulesFile.h include/nrv/NrvRuleTests.h include/nrv/NrvRuleSet.h lib/pkgconfig/nrvrules.pc; do
     [ -f "$prefix/$f" ] || { echo "missing from the install: $f" >&2; exit 1; }
   done
   mkdir "$work/consumer-rules"

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "NrvDataEditingProfile.h"
-#include "NrvParsingString.h"
+#include "NrvTrace.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ int main(int argc, char** argv)
 {
     int nArg = 1;
     if (nArg < argc && strcmp(argv[nArg], "-t") == 0) {
-        CNrvParsingString::SetTraceCallback(PrintTrace, nullptr);
+        NrvSetTraceCallback(PrintTrace, nullptr);
         ++nArg;
     }
     if (nArg + 1 != argc) {
@@ -32,7 +32,7 @@ int main(int argc, char** argv)
 
     CNrvDataEditingProfile profile;
     NRVRESULT result = profile.Parse(argv[nArg]);
-    CNrvParsingString::SetTraceCallback(nullptr, nullptr);
+    NrvSetTraceCallback(nullptr, nullptr);
     if (result < 0) {
         fprintf(stderr, "cannot parse the expression: code %lld\n", static_cast<long long>(result));
         return 1;

@@ -7,6 +7,7 @@
 # Groups: parse-error failing-scan triggers escapes batch usage list-commands
 #         explain json color
 #         rules rules-check rules-stats rules-require-match
+#         rules-test rules-test-errors rules-junit
 #         limits streams options
 set -u
 
@@ -313,42 +314,29 @@ usage)
     ;;
 
 list-commands)
-    expect "every command with its parameters, result and summary" 0 "DecodedData() -> text
-    the scan's bytes, exactly as read
-TruncateFromBeginning(text: text, count: number) -> text
-    text without its first count bytes
-TruncateFromEnd(text: text, count: number) -> text
-    text without its last count bytes
-Replace(text: text, search: text, replacement: text) -> text
-    text with the first occurrence of search replaced by replacement
-Substitute(text: text, set: text, replacement: text) -> text
-    text with every byte that occurs in set replaced by replacement
-EscapeCharacter(hex: text) -> text
-    the bytes spelled by pairs of hexadecimal digits
-InsertAfterIndex(text: text, index: number, insert: text) -> text
-    insert put behind the byte at index
-InsertBeforeIndex(text: text, index: number, insert: text) -> text
-    insert put in front of the byte at index
-FindFirstFromIndex(text: text, start: number, search: text, offset: number) -> number
-    where the first search at or after start begins, plus offset
-FindLastFromIndex(text: text, start: number, search: text, offset: number) -> number
-    where the last search begins (the first at or after start, else the last before it), plus offset
-MakeUpperCase(text: text) -> text
-    text with a-z made A-Z
-MakeLowerCase(text: text) -> text
-    text with A-Z made a-z
-ReplaceNonPrintableCharacters(text: text, replacement: text) -> text
-    text with every byte below 0x20 or from 0x80 up replaced by replacement
-DecodedDataWithoutTrailer() -> text
-    the scan without the control bytes at its end
-TruncateAfterIndex(text: text, index: number, offset: number) -> text
-    the bytes of text before index + offset
-TruncateBeforeIndex(text: text, index: number, offset: number) -> text
-    the bytes of text from index + offset on
-Substring(text: text, start: number, stop: number) -> text
-    the bytes of text from start up to, not including, stop
-Extract(text: text, startMarker: text, stopMarker: text) -> text
-    the bytes after the first startMarker and before the last stopMarker" '' --list-commands
+    # The listing's format, on a row or two: the commands themselves come
+    # from the command table, which the unit tests check.
+    cases=$((cases + 1))
+    "$TOOL" --list-commands >"$WORK/out" 2>"$WORK/err"
+    status=$?
+    problem=
+    [ "$status" -eq 0 ] || problem="exit status $status"
+    [ -s "$WORK/err" ] && problem="$problem${problem:+; }unexpected standard error"
+    printf '%s\n' "DecodedData() -> text" "    the scan's bytes, exactly as read" >"$WORK/expected"
+    sed -n '1,2p' "$WORK/out" | cmp -s - "$WORK/expected" ||
+        problem="$problem${problem:+; }the first command is not listed as expected"
+    grep -qxF "FindFirstFromIndex(text: text, start: number, search: text, offset: number) -> number" "$WORK/out" ||
+        problem="$problem${problem:+; }a command with number parameters is not listed as expected"
+    # Every command is a signature line, then its summary indented by four.
+    awk 'NR % 2 == 1 && !/^[A-Za-z]+\((|[a-zA-Z]+: (text|number)(, [a-zA-Z]+: (text|number))*)\) -> (text|number)$/ { bad = 1 }
+         NR % 2 == 0 && !/^    [^ ]/ { bad = 1 }
+         END { exit bad || NR % 2 != 0 || NR == 0 }' "$WORK/out" ||
+        problem="$problem${problem:+; }a line is not a signature followed by its summary"
+    if [ -n "$problem" ]; then
+        failures=$((failures + 1))
+        echo "FAIL --list-commands: $problem"
+        sed 's/^/  | /' "$WORK/out"
+    fi
     cases=$((cases + 1))
     if ! "$TOOL" --help | grep -q 'ReplaceNonPrintableCharacters'; then
         failures=$((failures + 1))
@@ -407,7 +395,7 @@ json)
     expect "--explain --json with a parse error: the --check object" 2 \
         '{"ok":false,"code":-83,"name":"NRV_ERR_UNKNOWN_COMMAND","offset":1,"length":4,"command":null,"message":"unknown command \"Nope\""}' \
         '' --explain --json '{Nope()}' ab
-    expect "--json alone is a usage error" 2 NONE "--json goes with --check or --explain" --json "$CUT2" x
+    expect "--json alone is a usage error" 2 NONE "--json goes with --check, --explain or --test" --json "$CUT2" x
     ;;
 
 color)
@@ -672,6 +660,132 @@ streams)
   TruncateFromEnd => "ab"
     DecodedData => "abc"
     \x0B1 => 1' '' --explain "{TruncateFromEnd({DecodedData()},$(printf '\v')1)}" abc
+    ;;
+
+rules-test)
+    expect "the example file's tests all pass" 0 "9 passed, 0 failed" '' --test "$EXAMPLE_RULES"
+    # Tests written inline, one a line, before the rules they check.
+    cat >"$WORK/t.toml" <<'RULES'
+test = [
+    { scan = 'PN42', output = 'Part: 42' },
+    { scan = 'PN42', output = 'Part: 4\x1D' },
+    { scan = 'x', rule = 2 },
+    { scan = 'PN', fails = 'NRV_ERR_OUT_OF_RANGE' },
+    { scan = 'PN', untouched = true },
+    { scan = 'ab\x1Bc', symbology = 'QRCODE', output = '[ab\x1Bc]' },
+]
+[[rule]]
+name = "Part numbers"
+starts-with = "PN"
+expression = 'Part: {TruncateFromBeginning({DecodedData()},2)}'
+[[rule]]
+symbologies = ["qrcode"]
+expression = '[{DecodedData()}]'
+RULES
+    # The caret: under the 2 of "Part: 42", 54 columns after $WORK.
+    expect "each failure at its line, a caret under the first difference, then the counts" 1 "$WORK/t.toml:3: test 2: expected \"Part: 4\\x1D\" got \"Part: 42\" from rule 1 (Part numbers)
+$(printf '%*s^' $((${#WORK} + 54)) '')
+$WORK/t.toml:4: test 3: expected rule 2 got \"x\" untouched
+$WORK/t.toml:6: test 5: expected untouched got NRV_ERR_OUT_OF_RANGE (-43) from rule 1 (Part numbers)
+3 passed, 3 failed" '' --test "$WORK/t.toml"
+    no_raw_controls "a test that holds ESC"
+    expect "--json: one object per test, and no counts" 1 "$(cat <<'JSON'
+{"test":1,"line":2,"passed":true,"scan":"PN42","symbology":"NotSpecified","expected":{"output":"Part: 42"},"got":{"code":0,"name":"NRV_OK","rule":{"index":1,"name":"Part numbers"},"output":"Part: 42"}}
+{"test":2,"line":3,"passed":false,"scan":"PN42","symbology":"NotSpecified","expected":{"output":"Part: 4\u001d"},"got":{"code":0,"name":"NRV_OK","rule":{"index":1,"name":"Part numbers"},"output":"Part: 42"}}
+{"test":3,"line":4,"passed":false,"scan":"x","symbology":"NotSpecified","expected":{"rule":{"index":2,"name":""}},"got":{"code":1,"name":"NRV_OK_NOT_TRIGGERED","rule":null,"output":"x"}}
+{"test":4,"line":5,"passed":true,"scan":"PN","symbology":"NotSpecified","expected":{"fails":"NRV_ERR_OUT_OF_RANGE"},"got":{"code":-43,"name":"NRV_ERR_OUT_OF_RANGE","rule":{"index":1,"name":"Part numbers"},"output":"PN"}}
+{"test":5,"line":6,"passed":false,"scan":"PN","symbology":"NotSpecified","expected":{"untouched":true},"got":{"code":-43,"name":"NRV_ERR_OUT_OF_RANGE","rule":{"index":1,"name":"Part numbers"},"output":"PN"}}
+{"test":6,"line":7,"passed":true,"scan":"ab\u001bc","symbology":"QRCode","expected":{"output":"[ab\u001bc]"},"got":{"code":0,"name":"NRV_OK","rule":{"index":2,"name":""},"output":"[ab\u001bc]"}}
+JSON
+)" '' --test "$WORK/t.toml" --json
+    ;;
+
+rules-test-errors)
+    printf '[[rule]]\nname = "Part numbers"\nexpression = "x"\n[[test]]\nscna = 1\nrule = "Part number"\n' >"$WORK/bad.toml"
+    expect "every mistake in the tests, at its line and column" 2 NONE \
+        "$WORK/bad.toml:5:1: test 1: unknown key 'scna' (did you mean 'scan'?)" --test "$WORK/bad.toml"
+    for piece in "$WORK/bad.toml:4:1: test 1 has no 'scan'" "nrv-edit: 3 errors in the rules file" \
+        "$WORK/bad.toml:6:8: test 1: no rule is named 'Part number'; the rules are 1 'Part numbers'"; do
+        cases=$((cases + 1))
+        grep -qF -- "$piece" "$WORK/err" || { failures=$((failures + 1)); echo "FAIL --test lacks: $piece"; }
+    done
+    expect "--rules refuses a file whose tests have errors" 2 NONE "3 errors" --rules "$WORK/bad.toml" x
+    write_rules
+    expect "a file without tests: said, and not a pass" 1 NONE "holds no [[test]] table: nothing was checked" \
+        --test "$WORK/rules.toml"
+    expect "an unreadable file" 2 NONE "$WORK/missing.toml: cannot read the file" --test "$WORK/missing.toml"
+    printf '[[rule]]\nexpression = "{Substitute({DecodedData()},a,{DecodedData()})}"\n[[test]]\nscan = "aaaa"\noutput = "aaaaaaaaaaaaaaaa"\n' \
+        >"$WORK/grow.toml"
+    expect "the tool's limits apply to the tests" 1 "$WORK/grow.toml:3: test 1: expected \"aaaaaaaaaaaaaaaa\" got NRV_ERR_TEXT_LIMIT (-60) from rule 1
+0 passed, 1 failed" '' --test "$WORK/grow.toml" --max-text 8
+    expect "the same test within the default limits" 0 "1 passed, 0 failed" '' --test "$WORK/grow.toml"
+    for option in -e "-s QRCode" "-i $WORK/rules.toml" "--rules $WORK/rules.toml" --check --explain "--contains x"; do
+        # shellcheck disable=SC2086
+        expect "$option does not go with --test" 2 NONE "does not go with --test" --test "$WORK/grow.toml" $option
+    done
+    expect "no DATA with --test" 2 NONE "--test takes no EXPRESSION or DATA" --test "$WORK/grow.toml" PN1
+    expect "--junit needs --test" 2 NONE "--junit goes with --test" --junit "$WORK/r.xml" --rules "$WORK/rules.toml" x
+    expect "--junit to a place that cannot be written" 2 NONE "cannot write the report $WORK/no/r.xml" \
+        --test "$WORK/grow.toml" --junit "$WORK/no/r.xml"
+    ;;
+
+rules-junit)
+    command -v python3 >/dev/null || { echo "rules-junit needs python3"; exit 1; }
+    # A file whose name and tests hold bytes XML cannot carry: ESC, a byte
+    # that is no UTF-8, U+FFFF, a zero byte, markup characters.
+    name=$(printf 'r\033<&"\377\357\277\277.toml')
+    cat >"$WORK/$name" <<'RULES'
+test = [
+    { scan = 'x\x01\x00\xFF]]>', output = '<x\x01\x00\xFF]]>>' },
+    { scan = '\x01', output = '<\x02>' },
+    { scan = '', untouched = true },
+]
+[[rule]]
+name = "a<b> & \"c\" \u001b"
+contains = '\x01'
+expression = '<{DecodedData()}>'
+RULES
+    # junit_check REPORT TESTS FAILURES [PYTHON...]: the report parses and
+    # has one suite of TESTS cases, FAILURES of them failed; then the checks
+    # given, with doc, suite and cases at hand.
+    junit_check() {
+        cases=$((cases + 1))
+        if ! python3 - "$@" >"$WORK/xml" 2>&1 <<'PY'
+import sys, xml.dom.minidom
+doc = xml.dom.minidom.parse(sys.argv[1])
+tests, failed = sys.argv[2], sys.argv[3]
+suites = doc.documentElement
+assert suites.tagName == "testsuites", suites.tagName
+assert (suites.getAttribute("tests"), suites.getAttribute("failures")) == (tests, failed)
+[suite] = suites.getElementsByTagName("testsuite")
+assert (suite.getAttribute("tests"), suite.getAttribute("failures"), suite.getAttribute("errors")) == (tests, failed, "0")
+cases = suite.getElementsByTagName("testcase")
+assert len(cases) == int(tests), len(cases)
+for check in sys.argv[4:]:
+    exec(check)
+PY
+        then
+            failures=$((failures + 1))
+            echo "FAIL the JUnit report $1:"
+            sed 's/^/  | /' "$WORK/xml" "$1"
+        fi
+    }
+    "$TOOL" --test "$WORK/$name" --junit "$WORK/r.xml" >"$WORK/out" 2>&1
+    status=$?
+    cases=$((cases + 1))
+    [ "$status" -eq 1 ] || { failures=$((failures + 1)); echo "FAIL a failing test with --junit: status $status"; }
+    junit_check "$WORK/r.xml" 3 1 \
+        'assert suite.getAttribute("name").endswith("/r\\x1B<&\"\\xFF\\xEF\\xBF\\xBF.toml"), suite.getAttribute("name")' \
+        'assert [c.getAttribute("line") for c in cases] == ["2", "3", "4"]' \
+        'assert [len(c.getElementsByTagName("failure")) for c in cases] == [0, 1, 0]' \
+        'assert cases[0].getAttribute("name") == "test 1: \"x\\x01\\x00\\xFF]]>\"", cases[0].getAttribute("name")' \
+        'failure = cases[1].getElementsByTagName("failure")[0]; message = failure.getAttribute("message")' \
+        'assert message == "expected \"<\\x02>\" got \"<\\x01>\" from rule 1 (a<b> & \"c\" \\x1B)", message' \
+        'lines = failure.firstChild.data.splitlines(); assert lines[0].endswith(": test 2: " + message), lines' \
+        'assert lines[1].strip() == "^" and len(lines[1]) == len(lines[0]) - len(message) + len("expected \"<\\x02>\" got \"<") + 1, lines'
+    expect "every test passes: a report without failures" 0 "9 passed, 0 failed" '' --test "$EXAMPLE_RULES" \
+        --junit "$WORK/r.xml"
+    junit_check "$WORK/r.xml" 9 0 'assert cases[0].getAttribute("line") == "18"'
     ;;
 
 options)
