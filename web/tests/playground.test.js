@@ -386,6 +386,26 @@ test('scans are edited in turns: the rows in view first, and a keystroke takes o
   assert.ok(editedAtOnce > 0 && editedAtOnce < 1000, `${editedAtOnce} of 50,000 rows edited within the paste`);
   await page.waitForSelector('#results:not([aria-busy])', {state: 'attached'});
   assert.match(await page.textContent('#summary'), /^50000 edited, 0 not triggered, 0 failed$/);
+  // Scrolled to the middle and further: the rows shown are those the keystroke edits.
+  for (const share of [0.5, 0.8]) {
+    await page.$eval('#results', (list, share) => { list.scrollTop = list.scrollHeight * share; }, share);
+    await page.evaluate(() => new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve))));
+    const shown = await page.evaluate((share) => {
+      const field = document.getElementById('expression');
+      field.value = `${share}{DecodedData()}`;
+      field.dispatchEvent(new Event('input'));
+      const list = document.getElementById('results').getBoundingClientRect();
+      const inView = (element) => {
+        const box = element.getBoundingClientRect();
+        return box.bottom > list.top && box.top < list.bottom;
+      };
+      return [...document.querySelectorAll('#results .rows')].filter(inView).flatMap((group) => [...group.children])
+        .filter(inView).map((row) => row.querySelector('.output').textContent);
+    }, share);
+    assert.ok(shown.length > 5, `${shown.length} rows shown`);
+    assert.ok(shown.every((output) => output.startsWith(String(share))), `rows in view edited at once: ${shown}`);
+  }
+  await h.paste(page, '#scans', 'x');  // the rest of those edits is dropped
 
   // Every scan costs tens of milliseconds: a text of a million bytes, lower-cased 40 times, then cut.
   let heavy = '{DecodedData()}';
