@@ -286,6 +286,7 @@ struct GrowthCase {
     std::string expression;
     bool bHexScan;        // EscapeCharacter reads hexadecimal digits
     size_t nMinimumSize;  // the smallest scan the command accepts
+    bool bGs1Scan = false;  // a GS1 command reads a GS1 message (GrowthGs1Scan)
 };
 
 inline std::vector<GrowthCase> GrowthCases()
@@ -309,6 +310,8 @@ inline std::vector<GrowthCase> GrowthCases()
         {"TruncateBeforeIndex", "{TruncateBeforeIndex({DecodedData()},0,0)}", false, 1},
         {"Substring", "{Substring({DecodedData()},0,-1)}", false, 1},
         {"Extract", "{Extract({DecodedData()},~,^)}", false, 1},
+        {"GS1Element", "{GS1Element({DecodedData()},21)}", false, 3, true},
+        {"GS1HumanReadable", "{GS1HumanReadable({DecodedData()})}", false, 3, true},
     };
     std::vector<GrowthCase> cases;
     size_t nCount = 0;

@@ -14,8 +14,10 @@ namespace nrvbench {
 // them between scans.
 class EngineEdit {
 public:
-    EngineEdit(const std::string& scan, const char* pszExpression) : m_Scan(scan)
+    EngineEdit(const std::string& scan, const char* pszExpression, unsigned nCommandSets = kNrvCommandSetSeed)
+        : m_Scan(scan)
     {
+        m_Profile.EnableCommandSets(nCommandSets);
         const NRVRESULT result = m_Profile.Parse(pszExpression);
         if (result < 0) {
             std::fprintf(stderr, "Parse failed (%lld): %s\n", static_cast<long long>(result), pszExpression);

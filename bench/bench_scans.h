@@ -37,6 +37,20 @@ inline std::string GrowthHexScan(size_t n)
     return s;
 }
 
+// A valid GS1 message of n bytes (3 or more) for the GS1 commands' curves:
+// batch/lot elements (AI 10) of up to 18 characters, each ended by a group
+// separator, so the reader checks every byte and AI 21 is never found.
+inline std::string GrowthGs1Scan(size_t n)
+{
+    std::string s;
+    while (n - s.size() >= 24)
+        s += "10ABCDEFGHIJKLMNOPQR\x1d";
+    if (n - s.size() == 23)
+        s += "10A\x1d";
+    s += "10" + std::string(n - s.size() - 2, 'Z');
+    return s;
+}
+
 }  // namespace nrvbench
 
 #endif  // NRV_BENCH_SCANS_H

@@ -117,8 +117,10 @@ void RegisterGrowth()
         const GrowthCase growth = c;
         auto* pBenchmark = benchmark::RegisterBenchmark(name.c_str(), [growth](benchmark::State& state) {
             const size_t nSize = static_cast<size_t>(state.range(0));
-            const std::string scan = growth.bHexScan ? GrowthHexScan(nSize) : GrowthScan(nSize);
-            EngineEdit engine(scan, growth.expression.c_str());
+            const std::string scan = growth.bHexScan   ? GrowthHexScan(nSize)
+                                     : growth.bGs1Scan ? GrowthGs1Scan(nSize)
+                                                       : GrowthScan(nSize);
+            EngineEdit engine(scan, growth.expression.c_str(), kNrvCommandSetsAll);
             if (engine.Run() < 0) {
                 state.SkipWithError("edit failed");
                 return;

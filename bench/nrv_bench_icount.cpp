@@ -79,11 +79,37 @@ void CountTypical(const TypicalEdit& edit)
 #endif
 }
 
+// The lot out of a 40-byte GS1 message: GS1Element, which reads and checks
+// the whole message, beside Extract between markers that this one message
+// happens to allow (they hold its expiry date), and the human-readable form.
+void CountGs1()
+{
+    const std::string message = "0109501101530003" "17141120" "10LOT1234" "\x1D" "21S420";
+    const struct {
+        const char* pszName;
+        const char* pszExpression;
+        const char* pszOutput;
+    } edits[] = {
+        {"GS1Element", "{GS1Element({DecodedData()},10)}", "LOT1234"},
+        {"Extract", "{Extract({DecodedData()},112010,{EscapeCharacter(1D)})}", "LOT1234"},
+        {"GS1HumanReadable", "{GS1HumanReadable({DecodedData()})}", "(01)09501101530003(17)141120(10)LOT1234(21)S420"},
+    };
+    for (const auto& edit : edits) {
+        EngineEdit engine(message, edit.pszExpression, kNrvCommandSetGs1);
+        if (message.size() != 40 || engine.Run() < 0 || engine.Output() != edit.pszOutput) {
+            std::fprintf(stderr, "gs1/%s: not \"%s\"\n", edit.pszName, edit.pszOutput);
+            std::exit(3);
+        }
+        Block(std::string("gs1/") + edit.pszName, [&] { engine.Run(); });
+    }
+}
+
 }  // namespace
 
 int main()
 {
     ForEachTypicalEdit(CountTypical);
+    CountGs1();
     CountSink sink;
     ForEachEditCase(sink);
     for (const ParseCase& c : ParseCases()) {

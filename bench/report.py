@@ -66,6 +66,7 @@ def report_icount(directory):
     values = {}
     typical = {}
     parse = []
+    gs1 = []
     paths = glob.glob(os.path.join(directory, "callgrind.out.*"))
     for path in sorted(paths, key=lambda p: int(p.rsplit(".", 1)[1]) if p.rsplit(".", 1)[1].isdigit() else 0):
         name = total = None
@@ -85,12 +86,19 @@ def report_icount(directory):
             typical[(parts[1], parts[2], "/".join(parts[3:]))] = per_round
         elif parts[0] == "parse":
             parse.append((parts[1], per_round))
+        elif parts[0] == "gs1":
+            gs1.append((parts[1], per_round))
     if typical:
         print("Typical edits, instructions per edit (callgrind):\n")
         print(typical_table(typical))
         print()
     print("Instructions per edit (callgrind):\n")
     print(edit_table(values, "instr.", 0))
+    if gs1:
+        print("\nThe lot out of a 40-byte GS1 message, instructions per edit (callgrind):\n")
+        print("| edit | instructions |\n|---|---:|")
+        for name, count in gs1:
+            print(f"| {name} | {fmt(count)} |")
     print("\nInstructions per parse (callgrind):\n")
     print("| expression | instructions |\n|---|---:|")
     for name, count in parse:

@@ -24,6 +24,7 @@ const TNrvParameterInfo kTextReplacement[] = {{"text", kText}, {"replacement", k
 const TNrvParameterInfo kTextIndexOffset[] = {{"text", kText}, {"index", kNumber}, {"offset", kNumber}};
 const TNrvParameterInfo kTextStartStop[] = {{"text", kText}, {"start", kNumber}, {"stop", kNumber}};
 const TNrvParameterInfo kTextMarkers[] = {{"text", kText}, {"startMarker", kText}, {"stopMarker", kText}};
+const TNrvParameterInfo kTextAi[] = {{"text", kText}, {"ai", kText}};
 
 template <class TOperation>
 constexpr CNrvOperationFactory* (*kFactory)(const TNrvCommandInfo&) = &CNrvOperationFactoryOf<TOperation>::Create;
@@ -85,11 +86,24 @@ const TNrvCommandInfo kCommands[] = {
     {"Extract", NRV_PARAMETERS(kTextMarkers), kText,
      "the bytes after the first startMarker and before the last stopMarker", "{Extract({DecodedData()},-,-)}", 0, 0,
      kFactory<CNrvOperationExtract>},
+    // The GS1 set. Their samples read a literal message: the sample scan is
+    // not one. Each charges its own copy, whose size it learns by reading.
+    {"GS1Element", NRV_PARAMETERS(kTextAi), kText,
+     "the data of the first element string of the GS1 message text whose AI is ai (empty when none)",
+     "{GS1Element(0109501101530003,01)}", 0, 0, kFactory<CNrvOperationGS1Element>, kNrvCommandSetGs1},
+    {"GS1HumanReadable", NRV_PARAMETERS(kTextOnly), kText,
+     "the GS1 message text as people read it: (01)09501101530003(17)141120",
+     "{GS1HumanReadable(0109501101530003)}", 0, 0, kFactory<CNrvOperationGS1HumanReadable>, kNrvCommandSetGs1},
 };
 
 #undef NRV_PARAMETERS
 
 }  // namespace
+
+const char* NrvCommandSetName(unsigned nSet)
+{
+    return nSet == kNrvCommandSetGs1 ? "GS1" : nullptr;
+}
 
 const TNrvCommandInfo* NrvGetCommandTable(size_t* pnCount)
 {

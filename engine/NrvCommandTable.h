@@ -20,6 +20,21 @@ enum : int {
 constexpr size_t kNrvSizeIndexNone = static_cast<size_t>(-1);
 constexpr size_t kNrvSizeIndexNotFound = static_cast<size_t>(-2);
 
+// The sets of commands. Every profile knows the eighteen seed commands;
+// the others are extensions that sit beside them, and a profile knows one
+// only when its host enables its set (CNrvDataEditingProfile::
+// EnableCommandSets), so that a host that keeps the eighteen sees the engine
+// exactly as before, trace lines included.
+enum : unsigned {
+    kNrvCommandSetSeed = 0,          // the eighteen commands, always known
+    kNrvCommandSetGs1 = 1u << 0,     // GS1Element, GS1HumanReadable
+    kNrvCommandSetsAll = kNrvCommandSetGs1,
+};
+
+// The set's name as people read it ("GS1"), or null for the seed set and
+// anything that is not exactly one extension set.
+const char* NrvCommandSetName(unsigned nSet);
+
 // What a parameter takes and a command yields: the values of the value
 // record's typeString and typeInt.
 enum : int { kNrvKindText = 0, kNrvKindNumber = 1 };
@@ -52,12 +67,20 @@ struct TNrvCommandInfo {
     // Makes the factory the dictionary registers for this row; the caller
     // owns it.
     CNrvOperationFactory* (*pfnCreateFactory)(const TNrvCommandInfo& row);
+    // The set the command belongs to: kNrvCommandSetSeed, or one extension set.
+    unsigned nSet = kNrvCommandSetSeed;
 };
 
-// The whole table; *pnCount receives the number of rows.
+// The whole table, the seed commands first, then each extension set's;
+// *pnCount receives the number of rows.
 const TNrvCommandInfo* NrvGetCommandTable(size_t* pnCount);
+// True when a profile that enables nSets knows the row's command.
+inline bool NrvCommandIsEnabled(const TNrvCommandInfo& row, unsigned nSets)
+{
+    return row.nSet == kNrvCommandSetSeed || (row.nSet & nSets) != 0;
+}
 // The row of the command named by the first nLength bytes of pszName
-// (compared byte for byte), or null.
+// (compared byte for byte), or null; extension rows included.
 const TNrvCommandInfo* NrvFindCommandInfo(const char* pszName, size_t nLength);
 
 #endif  // NRV_COMMAND_TABLE_H

@@ -67,6 +67,7 @@ CNrvDataEditingProfile::CNrvDataEditingProfile()
       m_nEditedDataCapacity(0),
       m_pszEditBuffer(nullptr),
       m_nEditBufferCapacity(0),
+      m_nCommandSets(kNrvCommandSetSeed),
       m_bLimits(false),
       m_nLimitMaximumTextSize(0),
       m_nLimitWorkBase(0),
@@ -106,14 +107,22 @@ NRVRESULT CNrvDataEditingProfile::Parse(const char* pszExpression, CNrvParseObse
     RemoveAllOperations();
     CNrvParsingString expression(pszExpression);
     try {
-        m_ParseResult = CNrvOperation::Parse(this, CNrvOperationDictionary::GetLibraryDictionary(), kDelimiterOpen,
-                                             kDelimiterClose, &expression, &m_Operations, pObserver);
+        m_ParseResult = CNrvOperation::Parse(this, CNrvOperationDictionary::GetLibraryDictionary(m_nCommandSets),
+                                             kDelimiterOpen, kDelimiterClose, &expression, &m_Operations, pObserver);
     } catch (...) {
         // Never leave a half-built tree that Edit would run.
         RemoveAllOperations();
         throw;
     }
     return m_ParseResult;
+}
+
+NRVRESULT CNrvDataEditingProfile::EnableCommandSets(unsigned nSets)
+{
+    if ((nSets & ~static_cast<unsigned>(kNrvCommandSetsAll)) != 0)
+        return NRV_ERR_INVALID_PARAMETER;
+    m_nCommandSets = nSets;
+    return NRV_OK;
 }
 
 // Runs on every edit, and most profiles set no trigger: defined inline here,

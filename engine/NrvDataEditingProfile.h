@@ -3,6 +3,7 @@
 
 #include <cstddef>
 
+#include "NrvCommandTable.h"
 #include "NrvList.h"
 #include "NrvScanTypes.h"
 
@@ -20,6 +21,15 @@ public:
     CNrvDataEditingProfile(const CNrvDataEditingProfile&) = delete;
     CNrvDataEditingProfile& operator=(const CNrvDataEditingProfile&) = delete;
     virtual ~CNrvDataEditingProfile();
+
+    // The command sets the next Parse knows besides the eighteen seed
+    // commands: kNrvCommandSetGs1, or kNrvCommandSetSeed (the default) for
+    // none. The expression parsed already is kept as it is; a profile that
+    // never enables a set parses, edits and traces exactly as one without
+    // this call. NRV_ERR_INVALID_PARAMETER, and nothing changed, for a bit
+    // outside kNrvCommandSetsAll.
+    NRVRESULT EnableCommandSets(unsigned nSets);
+    unsigned GetCommandSets() const { return m_nCommandSets; }
 
     // Replaces the expression. On failure returns the parser's code, and Edit
     // refuses to run with that code until an expression parses.
@@ -111,6 +121,9 @@ private:
     size_t m_nEditedDataCapacity;
     char* m_pszEditBuffer;
     size_t m_nEditBufferCapacity;
+
+    // The extension sets the next Parse knows.
+    unsigned m_nCommandSets;
 
     // The limits (0: none), and what is left of the budget of this edit.
     bool m_bLimits;

@@ -10,6 +10,7 @@
 
 #include "NrvCommand.h"
 #include "NrvDataEditingProfile.h"
+#include "NrvGs1.h"
 #include "NrvParseRecorder.h"
 
 namespace {
@@ -57,6 +58,7 @@ private:
                           CNrvOperationResult& Value) const;
     void Describe(CNrvOperation* pOperation, TNrvExplainNode* pNode) const;
     static void Record(CNrvOperationResult& Value, TNrvExplainNode* pNode);
+    static void RecordGs1Elements(CNrvOperationResult& Text, TNrvExplainNode* pNode);
 
     const CNrvParseRecorder& m_Recorder;
     bool m_bFailureFound = false;
@@ -89,6 +91,8 @@ NRVRESULT CEvaluator::Evaluate(CNrvOperation* pOperation, CNrvOperationResult& V
     } else if (nCode >= 0) {
         // A command without parameters is its own run.
         nCode = operations.empty() ? pOperation->Run(Value) : RunOnValues(*pCommand, values, Value);
+        if (pNode != nullptr && pCommand->GetCommandInfo().nSet == kNrvCommandSetGs1 && !values.empty())
+            RecordGs1Elements(values[0], pNode);
         // Every parameter ran: this command's own run failed, the first
         // to fail (the run stops there), and the failure is told of it.
         if (nCode < 0) {
@@ -158,6 +162,27 @@ void CEvaluator::Record(CNrvOperationResult& Value, TNrvExplainNode* pNode)
     pNode->value.assign(pszText, std::min(pNode->nValueLength, kNrvExplainValueBytes));
 }
 
+// The elements of a GS1 command's text, read once more by the reader the
+// command used: those before the first fault, whether the command failed
+// or not.
+void CEvaluator::RecordGs1Elements(CNrvOperationResult& Text, TNrvExplainNode* pNode)
+{
+    const char* pText = Text.GetResultString();
+    CNrvGs1Reader reader(pText, Text.GetResultStringLength());
+    TNrvGs1Element element;
+    while (reader.Next(&element)) {
+        if (pNode->gs1.size() == kNrvExplainGs1Elements) {
+            pNode->bGs1More = true;
+            break;
+        }
+        TNrvExplainGs1Element shown;
+        shown.ai.assign(pText + element.nAiOffset, element.nAiLength);
+        shown.pszTitle = element.pEntry->pszTitle;
+        shown.data.assign(pText + element.nDataOffset, std::min(element.nDataLength, kNrvExplainValueBytes));
+        pNode->gs1.push_back(std::move(shown));
+    }
+}
+
 // Runs the parsed expression over the scan as Edit does: the root
 // operations in order, each charged as Edit charges joining it to the
 // output. Fills pExplanation's nodes and output when it is given, and
@@ -212,10 +237,15 @@ NRVRESULT RunExplained(CNrvDataEditingProfile& profile, const CNrvParseRecorder&
 
 // Parses the expression into the profile under the limits; on failure
 // fills *pFailure with the parse's diagnostic.
-NRVRESULT ParseExplained(const char* pszExpression, const TNrvLimits& limits, CNrvDataEditingProfile& profile,
-                         CNrvParseRecorder& recorder, TNrvDiagnostic* pFailure)
+NRVRESULT ParseExplained(const char* pszExpression, const TNrvLimits& limits, unsigned nCommandSets,
+                         CNrvDataEditingProfile& profile, CNrvParseRecorder& recorder, TNrvDiagnostic* pFailure)
 {
-    const NRVRESULT nCode = profile.Parse(pszExpression, &recorder);
+    NRVRESULT nCode = profile.EnableCommandSets(nCommandSets);
+    if (nCode < 0) {
+        *pFailure = NrvDiagnoseParse(pszExpression, nCommandSets);
+        return nCode;
+    }
+    nCode = profile.Parse(pszExpression, &recorder);
     if (nCode < 0) {
         *pFailure = recorder.Failure();
         return nCode;
@@ -227,7 +257,8 @@ NRVRESULT ParseExplained(const char* pszExpression, const TNrvLimits& limits, CN
 
 }  // namespace
 
-TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t nLength, const TNrvLimits& limits)
+TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t nLength, const TNrvLimits& limits,
+                           unsigned nCommandSets)
 {
     TNrvExplanation explanation;
     if (pszExpression == nullptr) {
@@ -236,22 +267,22 @@ TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t 
         return explanation;
     }
     CNrvDataEditingProfile profile;
-    CNrvParseRecorder recorder(pszExpression);
-    explanation.nCode = ParseExplained(pszExpression, limits, profile, recorder, &explanation.failure);
+    CNrvParseRecorder recorder(pszExpression, nCommandSets);
+    explanation.nCode = ParseExplained(pszExpression, limits, nCommandSets, profile, recorder, &explanation.failure);
     if (explanation.nCode >= 0)
         explanation.nCode = RunExplained(profile, recorder, pData, nLength, &explanation, &explanation.failure);
     return explanation;
 }
 
 TNrvDiagnostic NrvExplainFailure(const char* pszExpression, const char* pData, size_t nLength,
-                                 const TNrvLimits& limits)
+                                 const TNrvLimits& limits, unsigned nCommandSets)
 {
     if (pszExpression == nullptr)
         return NrvDiagnoseParse(pszExpression);
     TNrvDiagnostic failure;
     CNrvDataEditingProfile profile;
-    CNrvParseRecorder recorder(pszExpression);
-    failure.nCode = ParseExplained(pszExpression, limits, profile, recorder, &failure);
+    CNrvParseRecorder recorder(pszExpression, nCommandSets);
+    failure.nCode = ParseExplained(pszExpression, limits, nCommandSets, profile, recorder, &failure);
     if (failure.nCode >= 0)
         failure.nCode = RunExplained(profile, recorder, pData, nLength, nullptr, &failure);
     return failure;

@@ -30,6 +30,17 @@ enum ENrvNodeKind { kNrvNodeCommand, kNrvNodeText, kNrvNodeInteger };
 // with their whole length kept beside them.
 constexpr size_t kNrvExplainValueBytes = 256;
 
+// The most element strings a GS1 command's node lists.
+constexpr size_t kNrvExplainGs1Elements = 32;
+
+// One element string of the text a GS1 command read: its AI, the AI's
+// title and the data, as the reader found them.
+struct TNrvExplainGs1Element {
+    std::string ai;            // "01", "3103"
+    const char* pszTitle = "";  // the AI's title in the library's table (UTF-8): "GTIN"
+    std::string data;          // at most kNrvExplainValueBytes of it
+};
+
 // One operation of a parsed expression and what its run gave for one scan.
 struct TNrvExplainNode {
     ENrvNodeKind kind = kNrvNodeText;
@@ -45,6 +56,11 @@ struct TNrvExplainNode {
                                       // an integer's decimal text (an integer literal's as written)
     size_t nValueLength = 0;          // the whole text's length: value is cut when it is longer
     std::vector<TNrvExplainNode> params;
+    // For a GS1 command whose parameters ran: the elements of its text, in
+    // order, up to the first fault and at most kNrvExplainGs1Elements
+    // (bGs1More when there are more).
+    std::vector<TNrvExplainGs1Element> gs1;
+    bool bGs1More = false;
 };
 
 // What an expression does to one scan, node by node.
@@ -55,18 +71,19 @@ struct TNrvExplanation {
     std::vector<TNrvExplainNode> nodes;   // the root operations, in text order
 };
 
-// Parses the expression and runs it over one scan (nLength bytes, zero
-// bytes allowed) under the limits, recording every node. Triggers are not
+// Parses the expression in a profile that enables nCommandSets (as
+// NrvDiagnoseParse) and runs it over one scan (nLength bytes, zero bytes
+// allowed) under the limits, recording every node. Triggers are not
 // applied. When the expression does not parse, nCode and failure are the
 // parse's and nodes is empty.
 TNrvExplanation NrvExplain(const char* pszExpression, const char* pData, size_t nLength,
-                           const TNrvLimits& limits = TNrvLimits());
+                           const TNrvLimits& limits = TNrvLimits(), unsigned nCommandSets = 0);
 
 // Just the failure of that edit: the command that failed first, its range
 // and why (nCode and an empty message when the edit succeeds). It keeps no
 // node's value, so its memory is about the edit's own: for the messages of
 // failing scans.
 TNrvDiagnostic NrvExplainFailure(const char* pszExpression, const char* pData, size_t nLength,
-                                 const TNrvLimits& limits = TNrvLimits());
+                                 const TNrvLimits& limits = TNrvLimits(), unsigned nCommandSets = 0);
 
 #endif  // NRV_EXPLAIN_H

@@ -146,7 +146,21 @@ void CNrvJsonWriter::AppendNode(const TNrvExplainNode& node, std::string* pOut) 
             *pOut += ',';
         AppendNode(node.params[i], pOut);
     }
-    *pOut += "]}";
+    *pOut += ']';
+    if (!node.gs1.empty() || node.bGs1More) {
+        *pOut += ",\"gs1\":[";
+        for (size_t i = 0; i < node.gs1.size(); ++i) {
+            *pOut += i != 0 ? ",{\"ai\":" : "{\"ai\":";
+            AppendUtf8(node.gs1[i].ai, pOut);
+            *pOut += ",\"title\":";
+            AppendUtf8(node.gs1[i].pszTitle, pOut);
+            *pOut += ",\"data\":";
+            AppendBytes(node.gs1[i].data, pOut);
+            *pOut += '}';
+        }
+        *pOut += node.bGs1More ? "],\"gs1More\":true" : "]";
+    }
+    *pOut += '}';
 }
 
 void CNrvJsonWriter::AppendRule(size_t nRule, std::string_view name, std::string* pOut) const

@@ -9,13 +9,17 @@
 //                  "output":"...","nodes":[<node>...][,"failure":{<diagnostic>}]}
 //   node           {"kind":"command"|"text"|"integer","name":"...","offset":O,
 //                  "length":L,"code":C|null,"value":"..."|N|null,
-//                  ["valueLength":V,]"params":[...]}
+//                  ["valueLength":V,]"params":[...][,"gs1":[<element>...]
+//                  [,"gs1More":true]]}
+//   element        {"ai":"01","title":"GTIN","data":"..."}
 //
 // "name" of a code is null for a code the library does not define. A
 // node's code is null when it was not run, its value null when it was not
 // run or failed, and a number for an integer result; a text value is at
 // most its first kNrvExplainValueBytes, and "valueLength", there only when
-// it is cut, gives its whole length. "rule" is there only
+// it is cut, gives its whole length. "gs1" is there for a GS1 command
+// whose text held elements before its first fault: at most
+// kNrvExplainGs1Elements, "gs1More" when it holds more. "rule" is there only
 // for a rule set: null when no rule took the scan. "failure" only when the
 // code is negative. A scan left alone by the triggers (code 1) has no nodes.
 #ifndef NRV_JSON_H

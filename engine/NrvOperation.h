@@ -14,6 +14,7 @@
 #include "NrvDecodedDataCommands.h"
 #include "NrvEscapeCharacterCommand.h"
 #include "NrvFindCommands.h"
+#include "NrvGs1Commands.h"
 #include "NrvInsertCommands.h"
 #include "NrvReplaceCommands.h"
 #include "NrvSubstringCommands.h"

@@ -19,12 +19,20 @@ CNrvOperationDictionary::~CNrvOperationDictionary()
 
 NRVRESULT CNrvOperationDictionary::Initialize()
 {
-    // Every row of the command table is registered whatever the others
-    // returned; the table's order is the order in which look-ups try the names.
+    return Initialize(kNrvCommandSetSeed);
+}
+
+NRVRESULT CNrvOperationDictionary::Initialize(unsigned nSets)
+{
+    // Every row of the sets is registered whatever the others returned; the
+    // table's order is the order in which look-ups try the names, so the
+    // seed commands come first whatever else is enabled.
     size_t nCount = 0;
     const TNrvCommandInfo* pCommands = NrvGetCommandTable(&nCount);
     NRVRESULT result = NRV_OK;
     for (size_t i = 0; i < nCount; ++i) {
+        if (!NrvCommandIsEnabled(pCommands[i], nSets))
+            continue;
         std::unique_ptr<CNrvOperationFactory> factory(pCommands[i].pfnCreateFactory(pCommands[i]));
         result = Add(pCommands[i].pszName, factory.get());
         if (result >= 0)
@@ -77,16 +85,21 @@ const char* CNrvOperationDictionary::GetKey(size_t nIndex) const
     return static_cast<const _Map*>(pData)->GetKey();
 }
 
-CNrvOperationDictionary* CNrvOperationDictionary::GetLibraryDictionary()
+CNrvOperationDictionary* CNrvOperationDictionary::GetLibraryDictionary(unsigned nSets)
 {
     // A function-local static is initialised exactly once, even when several
     // threads arrive together; if Initialize throws, the next call retries.
     struct CInitialized {
         CNrvOperationDictionary dictionary;
-        CInitialized() { dictionary.Initialize(); }
+        explicit CInitialized(unsigned nWith) { dictionary.Initialize(nWith); }
     };
-    static CInitialized s_library;
-    return &s_library.dictionary;
+    static_assert(kNrvCommandSetsAll == kNrvCommandSetGs1, "one dictionary per combination of sets");
+    if ((nSets & kNrvCommandSetGs1) != 0) {
+        static CInitialized s_gs1(kNrvCommandSetGs1);
+        return &s_gs1.dictionary;
+    }
+    static CInitialized s_seed(kNrvCommandSetSeed);
+    return &s_seed.dictionary;
 }
 
 NRVRESULT CNrvOperationDictionary::_Map::Initialize(const char* pszKey, CNrvOperationFactory* pFactory)

@@ -50,9 +50,12 @@ public:
     CNrvOperationDictionary& operator=(const CNrvOperationDictionary&) = delete;
     virtual ~CNrvOperationDictionary();
 
-    // Registers every command of the command table, in its order; returns
-    // the last registration's code.
+    // Registers the seed commands of the command table, in its order;
+    // returns the last registration's code.
     NRVRESULT Initialize();
+    // The same, with the commands of the extension sets in nSets after them
+    // (kNrvCommandSetGs1, ...), in the table's order.
+    NRVRESULT Initialize(unsigned nSets);
     // The factory registered under the first nLength bytes of
     // pszCommandName (compared byte for byte), or null.
     CNrvOperationFactory* GetValue(const char* pszCommandName, size_t nLength) const;
@@ -61,9 +64,11 @@ public:
     size_t GetCount() const;
     const char* GetKey(size_t nIndex) const;
 
-    // The library's dictionary: initialised on first use (safe from any
-    // thread) and only read afterwards.
-    static CNrvOperationDictionary* GetLibraryDictionary();
+    // The library's dictionary of the seed commands and the extension sets
+    // in nSets (bits outside kNrvCommandSetsAll are ignored): one per
+    // combination, initialised on first use (safe from any thread) and only
+    // read afterwards.
+    static CNrvOperationDictionary* GetLibraryDictionary(unsigned nSets = kNrvCommandSetSeed);
 
 protected:
     // Appends one entry. NRV_ERR_INVALID_PARAMETER for a null factory or a

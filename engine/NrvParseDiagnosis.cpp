@@ -49,14 +49,16 @@ std::string TakesWhat(const TNrvCommandInfo& row)
     return Plural(row.nParameterCount, "parameter", "parameters") + " (" + names + ")";
 }
 
-// The command a mistyped name most likely meant, or null.
-const char* SuggestCommand(const std::string& name)
+// The command a mistyped name most likely meant among those the profile
+// knows, or null.
+const char* SuggestCommand(const std::string& name, unsigned nCommandSets)
 {
     size_t nCount = 0;
     const TNrvCommandInfo* pCommands = NrvGetCommandTable(&nCount);
     std::vector<const char*> names;
     for (size_t i = 0; i < nCount; ++i)
-        names.push_back(pCommands[i].pszName);
+        if (NrvCommandIsEnabled(pCommands[i], nCommandSets))
+            names.push_back(pCommands[i].pszName);
     return NrvSuggest(name, names.data(), names.size());
 }
 
@@ -76,8 +78,8 @@ std::vector<CNrvOperation*> NrvParametersOf(CNrvOperation* pOperation)
     return parameters;
 }
 
-CNrvParseRecorder::CNrvParseRecorder(const char* pszExpression)
-    : m_pszExpression(pszExpression), m_nLength(strlen(pszExpression))
+CNrvParseRecorder::CNrvParseRecorder(const char* pszExpression, unsigned nCommandSets)
+    : m_pszExpression(pszExpression), m_nLength(strlen(pszExpression)), m_nCommandSets(nCommandSets)
 {
 }
 
@@ -174,6 +176,15 @@ void CNrvParseRecorder::DescribeUnknown(const TNrvTextRange& name)
     }
     SetRange(name.nOffset, name.nLength);
     m_Failure.message = "unknown command " + Quoted(written);
+    const TNrvCommandInfo* pRow = NrvFindCommandInfo(written.data(), written.size());
+    if (pRow != nullptr) {
+        // Only an extension's command can be in the table and unknown here.
+        m_Failure.message += ": " + written + " is a command of the " + NrvCommandSetName(pRow->nSet) +
+                             " extension set, which this profile does not enable (its host enables it with "
+                             "EnableCommandSets; nrv-edit, rules files and the playground do unless they are "
+                             "told to keep the seed commands only)";
+        return;
+    }
     const size_t nFirst = written.find_first_not_of(' ');
     const size_t nLast = written.find_last_not_of(' ');
     const std::string trimmed = nFirst == std::string::npos ? "" : written.substr(nFirst, nLast - nFirst + 1);
@@ -181,7 +192,7 @@ void CNrvParseRecorder::DescribeUnknown(const TNrvTextRange& name)
         m_Failure.message += ": spaces are part of a name; did you mean " + trimmed + "?";
         return;
     }
-    const char* pszSuggestion = SuggestCommand(written);
+    const char* pszSuggestion = SuggestCommand(written, m_nCommandSets);
     if (pszSuggestion != nullptr)
         m_Failure.message += "; did you mean " + std::string(pszSuggestion) + "?";
 }
@@ -305,7 +316,7 @@ bool CNrvParseRecorder::LooksLikeANumber(const TNrvNodePlace& node) const
     return nFirst != std::string::npos && text.find_first_not_of("0123456789 \t", nFirst) == std::string::npos;
 }
 
-TNrvDiagnostic NrvDiagnoseParse(const char* pszExpression)
+TNrvDiagnostic NrvDiagnoseParse(const char* pszExpression, unsigned nCommandSets)
 {
     if (pszExpression == nullptr) {
         TNrvDiagnostic diagnostic;
@@ -314,6 +325,12 @@ TNrvDiagnostic NrvDiagnoseParse(const char* pszExpression)
         return diagnostic;
     }
     CNrvDataEditingProfile profile;
-    CNrvParseRecorder recorder(pszExpression);
+    if (profile.EnableCommandSets(nCommandSets) < 0) {
+        TNrvDiagnostic diagnostic;
+        diagnostic.nCode = NRV_ERR_INVALID_PARAMETER;
+        diagnostic.message = "no such command set: " + std::to_string(nCommandSets);
+        return diagnostic;
+    }
+    CNrvParseRecorder recorder(pszExpression, nCommandSets);
     return profile.Parse(pszExpression, &recorder) >= 0 ? TNrvDiagnostic() : recorder.Failure();
 }

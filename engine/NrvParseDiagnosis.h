@@ -27,10 +27,13 @@ struct TNrvDiagnostic {
     std::string message;
 };
 
-// Parses the expression as CNrvDataEditingProfile::Parse does and explains
-// the outcome (nCode NRV_OK and an empty message when it parses). Its
-// memory and time are those of the parse, plus the sentence: an unknown
-// name is compared only with commands of about its length.
-TNrvDiagnostic NrvDiagnoseParse(const char* pszExpression);
+// Parses the expression as CNrvDataEditingProfile::Parse does in a profile
+// that enables the command sets nCommandSets (kNrvCommandSetGs1, ...; none
+// by default, as a profile), and explains the outcome (nCode NRV_OK and an
+// empty message when it parses). Its memory and time are those of the
+// parse, plus the sentence: an unknown name is compared only with the
+// commands the profile knows of about its length, and the name of a command
+// whose set is not enabled is said to be one, with how to enable it.
+TNrvDiagnostic NrvDiagnoseParse(const char* pszExpression, unsigned nCommandSets = 0);
 
 #endif  // NRV_PARSE_DIAGNOSIS_H

@@ -34,7 +34,8 @@ struct TNrvNodePlace {
 // Listens to one parse of one expression (handed to the profile's Parse).
 class CNrvParseRecorder : public CNrvParseObserver {
 public:
-    explicit CNrvParseRecorder(const char* pszExpression);
+    // nCommandSets: the sets the observed parse knows, for the sentences.
+    explicit CNrvParseRecorder(const char* pszExpression, unsigned nCommandSets = 0);
     CNrvParseRecorder(const CNrvParseRecorder&) = delete;
     CNrvParseRecorder& operator=(const CNrvParseRecorder&) = delete;
 
@@ -70,6 +71,7 @@ private:
 
     const char* m_pszExpression;
     size_t m_nLength;
+    unsigned m_nCommandSets;
     TNrvNodePlace m_Call;  // the last call cut, until its command is appended
     std::vector<TNrvNodePlace> m_Nodes;
     std::unordered_map<const CNrvOperation*, size_t> m_Index;

@@ -12,6 +12,24 @@
 #include "NrvDataEditingProfile.h"
 #include "NrvScanTypes.h"
 
+// What a rule may ask of a scan's GS1 content beside its profile's
+// triggers. Each part that is set must hold.
+struct TNrvGs1Condition {
+    enum EMessage {
+        kAnyScan,        // no condition on the message
+        kValidMessage,   // the scan is a valid GS1 message (NrvGs1IsValid)
+        kNotAMessage,    // the scan is not one
+    };
+    EMessage message = kAnyScan;
+    // AIs the scan must hold, each at least once, as digits ("17", "3103");
+    // a scan that is not a valid GS1 message holds none.
+    std::vector<std::string> ais;
+
+    bool IsSet() const { return message != kAnyScan || !ais.empty(); }
+    // True when the scan pData[0..nLength) meets it. One read of the scan.
+    bool Holds(const char* pData, size_t nLength) const;
+};
+
 // One thread at a time, as the profiles it holds.
 class CNrvRuleSet {
 public:
@@ -34,7 +52,15 @@ public:
     // whose last Parse failed, or that RemoveAllOperations emptied, answers
     // every scan without testing its triggers, so such a rule would claim
     // every scan.
-    NRVRESULT AddRule(const char* pszExpression, const char* pszName, CNrvDataEditingProfile** ppProfile);
+    // The profile enables nCommandSets before the parse (none by default,
+    // as a profile).
+    NRVRESULT AddRule(const char* pszExpression, const char* pszName, CNrvDataEditingProfile** ppProfile,
+                      unsigned nCommandSets = kNrvCommandSetSeed);
+    // Adds a GS1 condition to the rule: the rule takes a scan only when it
+    // holds as well as the profile's triggers. NRV_ERR_INVALID_PARAMETER,
+    // and nothing changed, past the last rule or for an AI that GS1 does not
+    // define.
+    NRVRESULT SetRuleGs1Condition(size_t nRule, const TNrvGs1Condition& condition);
 
     size_t GetRuleCount() const { return m_Rules.size(); }
     // The rule's profile, or null past the end.
@@ -45,8 +71,8 @@ public:
     // it again), or null past the end.
     const char* GetRuleExpression(size_t nRule) const;
 
-    // Tries the rules in order; the first whose triggers all hold edits the
-    // record, as CNrvDataEditingProfile::Edit does, and its code is
+    // Tries the rules in order; the first whose triggers (and GS1
+    // condition) all hold edits the record, as CNrvDataEditingProfile::Edit does, and its code is
     // returned. *pnRule (when given) receives that rule's index, or kNoRule.
     // - No rule's triggers hold (or there is no rule): NRV_OK_NOT_TRIGGERED,
     //   the record untouched.
@@ -66,6 +92,7 @@ private:
         std::unique_ptr<CNrvDataEditingProfile> profile;
         std::string name;
         std::string expression;
+        TNrvGs1Condition gs1;
     };
     std::vector<SRule> m_Rules;
 };

@@ -185,6 +185,7 @@ void CNrvSettings::Apply(CNrvDataEditingProfile* pProfile) const
     pProfile->WriteTriggerContains(m_Texts[0].c_str());
     pProfile->WriteTriggerStartsBy(m_Texts[1].c_str());
     pProfile->WriteTriggerEndsWith(m_Texts[2].c_str());
+    pProfile->EnableCommandSets(m_nCommandSets);
     ApplyLimits(pProfile);
 }
 

@@ -89,8 +89,17 @@ public:
     // longer than the maximum), appended to *pErrors; false when any.
     bool Check(std::vector<TNrvSettingError>* pErrors) const;
 
-    // Replaces the profile's triggers and limits with these. Allocation
-    // failure throws std::bad_alloc, the profile's triggers then partly set.
+    // The command sets a profile knows besides the seed commands: every
+    // front end enables them all by default (kNrvCommandSetsAll), and turns
+    // them off to check expressions against a host that keeps the eighteen
+    // (nrv-edit --seed-only, a rule's seed-only key, the page's switch).
+    // Bits outside kNrvCommandSetsAll are dropped.
+    void SetCommandSets(unsigned nSets) { m_nCommandSets = nSets & kNrvCommandSetsAll; }
+    unsigned CommandSets() const { return m_nCommandSets; }
+
+    // Replaces the profile's triggers, limits and command sets with these
+    // (the sets take effect at its next Parse). Allocation failure throws
+    // std::bad_alloc, the profile's triggers then partly set.
     void Apply(CNrvDataEditingProfile* pProfile) const;
     // The limits alone, as a profile and NrvExplain take them.
     void ApplyLimits(CNrvDataEditingProfile* pProfile) const;
@@ -110,6 +119,7 @@ private:
     std::string m_Texts[3];  // contains, starts with, ends with
     size_t m_nMaximumText = kDefaultMaximumText;
     size_t m_nMaximumWork = kDefaultWorkPerScanByte;
+    unsigned m_nCommandSets = kNrvCommandSetsAll;
 };
 
 // Reads a symbology by name (any case) or number, for the scans'

@@ -53,7 +53,7 @@ inline bool NrvFuzzIsKnownResult(NRVRESULT result)
 {
     return result == NRV_OK || result == NRV_OK_NOT_TRIGGERED || result == NRV_ERR_INVALID_PARAMETER ||
            result == NRV_ERR_OUT_OF_RANGE || result == NRV_ERR_SYNTAX || result == NRV_ERR_UNKNOWN_COMMAND ||
-           result == NRV_ERR_PARAMETER_COUNT;
+           result == NRV_ERR_PARAMETER_COUNT || result == NRV_ERR_GS1_INVALID;
 }
 
 #endif  // NRV_FUZZ_SUPPORT_H

@@ -6,7 +6,8 @@
 // it reports on success, and do the same again for the same scan. The
 // edited data is then edited once more in place: the record then points at
 // the profile's own buffer. The diagnostics of the same expression and scan
-// must report the very codes and output of Parse and Edit.
+// must report the very codes and output of Parse and Edit. The profile
+// enables every command set, so the GS1 commands are reached too.
 #include <cstdint>
 #include <cstring>
 #include <new>
@@ -74,6 +75,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
 
     CNrvFuzzAllocationLimit limit;
     CNrvDataEditingProfile profile;
+    NRV_FUZZ_CHECK(profile.EnableCommandSets(kNrvCommandSetsAll) == NRV_OK);
     NRVRESULT parse = NRV_OK;
     try {
         parse = profile.Parse(expression.c_str());
@@ -91,15 +93,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     NRV_FUZZ_CHECK(first.result == second.result && first.text == second.text);
 
     try {
-        NRV_FUZZ_CHECK(NrvDiagnoseParse(expression.c_str()).nCode == parse);
+        NRV_FUZZ_CHECK(NrvDiagnoseParse(expression.c_str(), kNrvCommandSetsAll).nCode == parse);
         if (!first.bOutOfMemory) {
             const TNrvExplanation explanation =
-                NrvExplain(expression.c_str(), reinterpret_cast<const char*>(pScan), nScan);
+                NrvExplain(expression.c_str(), reinterpret_cast<const char*>(pScan), nScan, TNrvLimits(),
+                           kNrvCommandSetsAll);
             NRV_FUZZ_CHECK(explanation.nCode == first.result);
             NRV_FUZZ_CHECK(explanation.nCode < 0 || explanation.output == first.text);
             NRV_FUZZ_CHECK(explanation.nCode >= 0 || explanation.failure.nCode == explanation.nCode);
             const TNrvDiagnostic failure =
-                NrvExplainFailure(expression.c_str(), reinterpret_cast<const char*>(pScan), nScan);
+                NrvExplainFailure(expression.c_str(), reinterpret_cast<const char*>(pScan), nScan, TNrvLimits(),
+                                  kNrvCommandSetsAll);
             NRV_FUZZ_CHECK(failure.nCode == explanation.nCode && failure.message == explanation.failure.message);
         }
     } catch (const std::bad_alloc&) {

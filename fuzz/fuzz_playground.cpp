@@ -3,7 +3,8 @@
 // the page reads. The input:
 //
 //   byte 0   switches: 1 scans escaped, 2 triggers escaped, 4 the explained
-//            line escaped, 8 a dropped file read with the escapes on
+//            line escaped, 8 a dropped file read with the escapes on, 16 the
+//            seed commands only (switched on after the parse)
 //   byte 1   the scans' symbology (any number: unknown ones are taken as none)
 //   byte 2   the first scan edited, byte 3 how many
 //   then     fields cut at 0x1F: expression, scans, minimum size, maximum
@@ -349,6 +350,20 @@ std::vector<std::string_view> Fields(std::string_view rest)
     return fields;
 }
 
+// A parse outcome, {"ok":true} or the diagnostic; a zero byte in the
+// expression is refused at its offset. Sets *pnCode (0 when it parses).
+void CheckParseOutcome(const SJson& outcome, std::string_view expression, long long* pnCode)
+{
+    const SJson* pOk = outcome.Member("ok");
+    NRV_FUZZ_CHECK(Is(pOk, SJson::kBool));
+    NRV_FUZZ_CHECK(pOk->bValue ? outcome.members.size() == 1 : IsDiagnostic(outcome, expression.size()));
+    *pnCode = pOk->bValue ? 0 : outcome.Member("code")->nValue;
+    const size_t nZero = expression.find('\0');
+    if (nZero != std::string_view::npos)
+        NRV_FUZZ_CHECK(*pnCode == NRV_ERR_INVALID_PARAMETER &&
+                       outcome.Member("offset")->nValue == static_cast<long long>(nZero));
+}
+
 // A dropped file: kept as it is, or one escaped line per line that reads
 // back to the file's lines.
 void CheckFile(std::string_view bytes, bool bEscapes)
@@ -389,20 +404,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t nSize)
     CheckFile(input, (nSwitches & 8) != 0);
 
     CNrvPlayground playground;
-    const SJson parsed = Call([&] { return playground.Parse(expression); });
-    const SJson* pOk = parsed.Member("ok");
-    bool bParsed = false;
+    SJson parsed = Call([&] { return playground.Parse(expression); });
     long long nParseCode = 0;
-    if (!IsOutOfMemory(parsed)) {
-        NRV_FUZZ_CHECK(Is(pOk, SJson::kBool));
-        bParsed = pOk->bValue;
-        NRV_FUZZ_CHECK(bParsed ? parsed.members.size() == 1 : IsDiagnostic(parsed, expression.size()));
-        nParseCode = bParsed ? 0 : parsed.Member("code")->nValue;
-        const size_t nZero = expression.find('\0');
-        if (nZero != std::string_view::npos)
-            NRV_FUZZ_CHECK(nParseCode == NRV_ERR_INVALID_PARAMETER && parsed.Member("offset")->nValue ==
-                                                                           static_cast<long long>(nZero));
+    if (!IsOutOfMemory(parsed))
+        CheckParseOutcome(parsed, expression, &nParseCode);
+    if ((nSwitches & 16) != 0) {
+        // Parses the same expression again, with the eighteen commands only.
+        parsed = Call([&] { return playground.SetSeedOnly(true); });
+        if (!IsOutOfMemory(parsed))
+            CheckParseOutcome(parsed, expression, &nParseCode);
     }
+    const bool bParsed = nParseCode == 0;
 
     const SJson triggers = Call([&] {
         return playground.SetTriggers(fields[2], fields[3], fields[4], fields[5], fields[6], fields[7],

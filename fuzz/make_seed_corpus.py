@@ -89,14 +89,15 @@ def escaped(data):
 
 
 def playground_seeds(exprs, scan_list):
-    """Inputs of fuzz_playground.cpp: switches, symbology, first scan, count,
+    """Inputs of fuzz_playground.cpp: switches (the seed-only one in a third of
+    them), symbology, first scan, count,
     then the fields cut at 0x1F (expression, scans, minimum, maximum,
     symbologies, contains, starts with, ends with, the line explained)."""
     triggers = [[b"", b"", b"", b"", b"", b""], [b"3", b"40", b"", b"", b"", b""],
                 [b"", b"", b"Code128,15", b"1", b"", b""], [b"", b"", b"", b"", b"\\x1D", b"\\r\\n"]]
     seeds = []
     for index in range(16):
-        switches = index % 16
+        switches = index % 16 | (16 if index % 3 == 0 else 0)
         scans = [scan_list[(index * 4 + k) % len(scan_list)] for k in range(4)]
         lines = [escaped(scan) if switches & 1 else scan.replace(b"\n", b" ") for scan in scans]
         explained = escaped(scans[0]) if switches & 4 else scans[0].replace(b"\n", b" ")

@@ -26,6 +26,9 @@ typedef int64_t NRVRESULT;
 // A text of 2 GiB or more reached a command whose positions travel in 32
 // bits: refused rather than answered wrongly. Always checked.
 #define NRV_ERR_TEXT_TOO_LONG ((NRVRESULT)-62)
+// A GS1 command was given a text that is not a valid GS1 message (an
+// unknown AI, a wrong length, character, check digit, date, ...).
+#define NRV_ERR_GS1_INVALID ((NRVRESULT)-63)
 
 #define NRV_SUCCEEDED(result) ((result) >= 0)
 #define NRV_FAILED(result) ((result) < 0)

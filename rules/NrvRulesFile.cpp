@@ -10,6 +10,7 @@
 #include <toml++/toml.h>
 
 #include "NrvDiagnostics.h"
+#include "NrvGs1.h"
 #include "NrvRulesInternal.h"
 #include "NrvSettings.h"
 #include "NrvShownBytes.h"
@@ -18,8 +19,8 @@
 
 namespace {
 
-const char* const kRuleKeys[] = {"name",        "expression", "symbologies", "contains",
-                                 "starts-with", "ends-with",  "min-size",    "max-size"};
+const char* const kRuleKeys[] = {"name",     "expression", "symbologies", "contains", "starts-with", "ends-with",
+                                 "min-size", "max-size",   "gs1",         "ai",       "seed-only"};
 
 std::string Hint(std::string_view key)
 {
@@ -53,7 +54,10 @@ namespace {
 // Collects the errors of one text, each placed and with its line.
 class CRulesReader {
 public:
-    CRulesReader(std::string_view text, std::vector<TNrvRulesError>* pErrors) : m_Text(text), m_pErrors(pErrors) {}
+    CRulesReader(std::string_view text, std::vector<TNrvRulesError>* pErrors, unsigned nCommandSets)
+        : m_Text(text), m_pErrors(pErrors), m_nCommandSets(nCommandSets)
+    {
+    }
 
     bool Read(CNrvRuleSet* pSet, std::vector<TNrvRuleTest>* pTests);
 
@@ -67,16 +71,21 @@ private:
         CNrvSettings settings;
         // Where each setting was read, to point at when settings contradict each other.
         const toml::node* apSetting[kNrvSettingCount] = {};
+        TNrvGs1Condition gs1;
+        const toml::node* pGs1 = nullptr;  // where gs1 = false was read
     };
     void ReadRule(const toml::table& table, const std::string& label, CNrvRuleSet* pSet);
     void ReadKey(const toml::key& written, const toml::node& value, const std::string& label, SRule* pRule);
     bool ReadSetting(ENrvSetting setting, const toml::node& value, const std::string& label, CNrvSettings* pSettings);
     bool ReadSymbologies(const toml::node& value, const std::string& label, CNrvSettings* pSettings);
+    // gs1, ai and seed-only; false for any other key.
+    bool ReadGs1Key(const std::string& key, const toml::node& value, const std::string& label, SRule* pRule);
     void ExpressionError(const toml::node& value, const std::string& expression, NRVRESULT nCode,
-                         const std::string& label);
+                         const std::string& label, unsigned nCommandSets);
 
     std::string_view m_Text;
     std::vector<TNrvRulesError>* m_pErrors;
+    unsigned m_nCommandSets;
     size_t m_nErrors = 0;
 };
 
@@ -240,9 +249,47 @@ bool CRulesReader::ReadSymbologies(const toml::node& value, const std::string& l
     return m_nErrors == nErrorsBefore;
 }
 
+bool CRulesReader::ReadGs1Key(const std::string& key, const toml::node& value, const std::string& label,
+                              SRule* pRule)
+{
+    if (key == "gs1" || key == "seed-only") {
+        const std::optional<bool> bValue = value.value_exact<bool>();
+        if (!bValue)
+            Error(value.source(), label + ": '" + key + "' must be true or false, not " + NrvTomlTypeName(value));
+        else if (key == "seed-only")
+            pRule->settings.SetCommandSets(*bValue ? kNrvCommandSetSeed : m_nCommandSets);
+        else
+            pRule->gs1.message = *bValue ? TNrvGs1Condition::kValidMessage : TNrvGs1Condition::kNotAMessage;
+        if (bValue && key == "gs1")
+            pRule->pGs1 = &value;
+        return true;
+    }
+    if (key != "ai")
+        return false;
+    const toml::array* pArray = value.as_array();
+    if (pArray == nullptr || pArray->empty()) {
+        Error(value.source(), label + ": 'ai' must be a list of AIs such as [\"17\", \"10\"], not " +
+                                  (pArray != nullptr ? std::string("an empty one") : NrvTomlTypeName(value)));
+        return true;
+    }
+    for (const toml::node& element : *pArray) {
+        const std::optional<std::string> ai = element.value_exact<std::string>();
+        if (!ai)
+            Error(element.source(), label + ": an AI is written as a string of digits such as \"01\", not " +
+                                        NrvTomlTypeName(element));
+        else if (NrvGs1LookupAi(ai->data(), ai->size()) == nullptr)
+            Error(element.source(), label + ": no AI " + NrvShown(*ai, kNrvBytesMessage) + " exists in GS1's table");
+        else
+            pRule->gs1.ais.push_back(*ai);
+    }
+    return true;
+}
+
 void CRulesReader::ReadKey(const toml::key& written, const toml::node& value, const std::string& label, SRule* pRule)
 {
     const std::string key(written.str());
+    if (ReadGs1Key(key, value, label, pRule))
+        return;
     const ENrvSetting setting = SettingOfKey(key);
     if (setting != kNrvSettingCount) {
         if (ReadSetting(setting, value, label, &pRule->settings))
@@ -269,8 +316,11 @@ void CRulesReader::ReadRule(const toml::table& table, const std::string& label, 
 {
     const size_t nErrorsBefore = m_nErrors;
     SRule rule;
+    rule.settings.SetCommandSets(m_nCommandSets);
     for (auto&& [key, value] : table)
         ReadKey(key, value, label, &rule);
+    if (rule.gs1.message == TNrvGs1Condition::kNotAMessage && !rule.gs1.ais.empty())
+        Error(rule.pGs1->source(), label + " can never match: 'gs1' is false, and only a GS1 message holds the AIs of 'ai'");
     // A rule that no scan can satisfy is a mistake, not a rule. Only what
     // was read can contradict, so the place is known; the rule's own is a
     // fallback all the same.
@@ -291,18 +341,22 @@ void CRulesReader::ReadRule(const toml::table& table, const std::string& label, 
         return;
     }
     CNrvDataEditingProfile* pProfile = nullptr;
-    const NRVRESULT result = pSet->AddRule(rule.expression.c_str(), rule.name.c_str(), &pProfile);
-    if (result < 0)
-        ExpressionError(*rule.pExpression, rule.expression, result, label);
-    else if (m_nErrors == nErrorsBefore)
-        rule.settings.Apply(pProfile);  // else the set is thrown away: no need to finish the rule
+    const NRVRESULT result =
+        pSet->AddRule(rule.expression.c_str(), rule.name.c_str(), &pProfile, rule.settings.CommandSets());
+    if (result < 0) {
+        ExpressionError(*rule.pExpression, rule.expression, result, label, rule.settings.CommandSets());
+    } else if (m_nErrors == nErrorsBefore) {
+        // Else the set is thrown away: no need to finish the rule.
+        rule.settings.Apply(pProfile);
+        pSet->SetRuleGs1Condition(pSet->GetRuleCount() - 1, rule.gs1);  // its AIs were checked as they were read
+    }
 }
 
 // Shows the culprit inside the expression where the file writes it.
 void CRulesReader::ExpressionError(const toml::node& value, const std::string& expression, NRVRESULT nCode,
-                                   const std::string& label)
+                                   const std::string& label, unsigned nCommandSets)
 {
-    const TNrvDiagnostic diagnostic = NrvDiagnoseParse(expression.c_str());
+    const TNrvDiagnostic diagnostic = NrvDiagnoseParse(expression.c_str(), nCommandSets);
     const char* pszName = NrvResultCodeName(nCode);
     std::string message = label + ": the expression does not parse: ";
     if (!diagnostic.command.empty())
@@ -330,25 +384,28 @@ void CRulesReader::ExpressionError(const toml::node& value, const std::string& e
 
 }  // namespace
 
-bool NrvReadRules(const char* pText, size_t nLength, CNrvRuleSet* pSet, std::vector<TNrvRulesError>* pErrors)
+bool NrvReadRules(const char* pText, size_t nLength, CNrvRuleSet* pSet, std::vector<TNrvRulesError>* pErrors,
+                  unsigned nCommandSets)
 {
-    return NrvReadRules(pText, nLength, pSet, nullptr, pErrors);
+    return NrvReadRules(pText, nLength, pSet, nullptr, pErrors, nCommandSets);
 }
 
 bool NrvReadRules(const char* pText, size_t nLength, CNrvRuleSet* pSet, std::vector<TNrvRuleTest>* pTests,
-                  std::vector<TNrvRulesError>* pErrors)
+                  std::vector<TNrvRulesError>* pErrors, unsigned nCommandSets)
 {
-    CRulesReader reader(std::string_view(pText != nullptr ? pText : "", pText != nullptr ? nLength : 0), pErrors);
+    CRulesReader reader(std::string_view(pText != nullptr ? pText : "", pText != nullptr ? nLength : 0), pErrors,
+                        nCommandSets & kNrvCommandSetsAll);
     return reader.Read(pSet, pTests);
 }
 
-bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRulesError>* pErrors)
+bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRulesError>* pErrors,
+                      unsigned nCommandSets)
 {
-    return NrvReadRulesFile(pszPath, pSet, nullptr, pErrors);
+    return NrvReadRulesFile(pszPath, pSet, nullptr, pErrors, nCommandSets);
 }
 
 bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRuleTest>* pTests,
-                      std::vector<TNrvRulesError>* pErrors)
+                      std::vector<TNrvRulesError>* pErrors, unsigned nCommandSets)
 {
     std::string text;
     FILE* pFile = fopen(pszPath, "rb");
@@ -371,7 +428,7 @@ bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRu
         pErrors->push_back(std::move(error));
         return false;
     }
-    return NrvReadRules(text.data(), text.size(), pSet, pTests, pErrors);
+    return NrvReadRules(text.data(), text.size(), pSet, pTests, pErrors, nCommandSets);
 }
 
 std::string NrvFormatRulesError(const char* pszFileName, const TNrvRulesError& error)

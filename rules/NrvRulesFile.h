@@ -9,11 +9,19 @@
 //   min-size = 4                             # optional, as max-size (bytes, inclusive)
 //   expression = 'Part: {TruncateFromBeginning({DecodedData()},2)}'
 //
+//   gs1 = true                               # optional: the scan is (false: is not) a valid GS1 message
+//   ai = ["17", "10"]                        # optional: a valid GS1 message holding each of these AIs
+//   seed-only = true                         # optional: the eighteen seed commands only, no GS1 commands
+//
 // Trigger texts are read with the escapes \\ \r \n \t \xHH after TOML's own
 // string rules, so '\x1D' (a literal string) is the byte 0x1D. The triggers
 // are read and checked by CNrvSettings (NrvSettings.h), as the tool's
 // options are, and each rule edits under the default limits of CNrvSettings
-// (the largest text and the work budget); set others on its profile.
+// (the largest text and the work budget); set others on its profile. Each
+// rule's profile enables the command sets the reader is given (every one
+// by default, as the tool and the playground), unless the rule says
+// seed-only = true. gs1 and ai are the rule's GS1 condition
+// (TNrvGs1Condition), beside its profile's triggers.
 #ifndef NRV_RULES_FILE_H
 #define NRV_RULES_FILE_H
 
@@ -40,15 +48,19 @@ struct TNrvRulesError {
 // ends the reading, so it comes alone). std::bad_alloc passes through.
 // The file's [[test]] tables (NrvRuleTests.h) are read and checked too:
 // with pTests, they replace *pTests on success; without, only checked.
-bool NrvReadRules(const char* pText, size_t nLength, CNrvRuleSet* pSet, std::vector<TNrvRulesError>* pErrors);
+// nCommandSets: the sets each rule's profile enables unless it says
+// seed-only = true.
+bool NrvReadRules(const char* pText, size_t nLength, CNrvRuleSet* pSet, std::vector<TNrvRulesError>* pErrors,
+                  unsigned nCommandSets = kNrvCommandSetsAll);
 bool NrvReadRules(const char* pText, size_t nLength, CNrvRuleSet* pSet, std::vector<TNrvRuleTest>* pTests,
-                  std::vector<TNrvRulesError>* pErrors);
+                  std::vector<TNrvRulesError>* pErrors, unsigned nCommandSets = kNrvCommandSetsAll);
 
 // Reads the file at pszPath as NrvReadRules does; an unreadable file is one
 // error on line 0.
-bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRulesError>* pErrors);
+bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRulesError>* pErrors,
+                      unsigned nCommandSets = kNrvCommandSetsAll);
 bool NrvReadRulesFile(const char* pszPath, CNrvRuleSet* pSet, std::vector<TNrvRuleTest>* pTests,
-                      std::vector<TNrvRulesError>* pErrors);
+                      std::vector<TNrvRulesError>* pErrors, unsigned nCommandSets = kNrvCommandSetsAll);
 
 // "FILE:LINE:COLUMN: message", then, when the error has a line, that line
 // and a caret under the culprit; each line ends with '\n'.

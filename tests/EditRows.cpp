@@ -7,10 +7,11 @@
 #include "NrvDataEditingProfile.h"
 #include "NrvOperation.h"
 
-void ExpectEdit(const TEditRow& row)
+void ExpectEdit(const TEditRow& row, unsigned nCommandSets)
 {
     SCOPED_TRACE(std::string(row.pszExpression) + " over '" + row.data + "'");
     CNrvDataEditingProfile profile;
+    EXPECT_EQ(NRV_OK, profile.EnableCommandSets(nCommandSets));
     const NRVRESULT parse = profile.Parse(row.pszExpression);
     std::vector<char> buffer(row.data.begin(), row.data.end());
     char* const pValue = buffer.empty() ? nullptr : buffer.data();

@@ -22,7 +22,8 @@ struct TEditRow {
 // Parses the expression and edits one record holding the data. A failing
 // parse or edit must leave the record exactly as it was handed in; a
 // successful edit must give a zero-terminated buffer of the length it reports.
-void ExpectEdit(const TEditRow& row);
+// The profile enables nCommandSets (none: the eighteen seed commands).
+void ExpectEdit(const TEditRow& row, unsigned nCommandSets = kNrvCommandSetSeed);
 
 inline void ExpectEdits(const std::vector<TEditRow>& rows)
 {

@@ -13,7 +13,9 @@
 #include <string>
 #include <vector>
 
+#include "NrvDiagnostics.h"
 #include "NrvGs1.h"
+#include "NrvDataEditingProfile.h"
 
 using namespace std::string_literals;
 
@@ -241,6 +243,55 @@ TEST(Gs1Reader, ReadsValidAndInvalidMessages)
         EXPECT_STREQ(findFault.szMessage, row.pszMessage);
         EXPECT_STREQ(validFault.szMessage, row.pszMessage);
         EXPECT_EQ(found.pEntry, nullptr);
+    }
+}
+
+// The same rows through the commands, each message the scan of a profile
+// with the GS1 set: GS1HumanReadable and GS1Element give what the reader
+// gives, an explanation's elements spell the human-readable form, and an
+// invalid message fails both with NRV_ERR_GS1_INVALID, the scan untouched
+// and the reader's sentence said at the culprit's first byte.
+TEST(Gs1Commands, EveryReaderRowThroughTheCommands)
+{
+    const char* const kExpression = "{GS1HumanReadable({DecodedData()})}";
+    for (const TReadRow& row : ReadRows()) {
+        SCOPED_TRACE(::testing::PrintToString(row.text));
+        const std::string element = std::string("{GS1Element({DecodedData()},") +
+                                    (row.pszAi != nullptr ? row.pszAi : "10") + ")}";
+        for (const std::string& expression : {std::string(kExpression), element}) {
+            CNrvDataEditingProfile profile;
+            ASSERT_EQ(profile.EnableCommandSets(kNrvCommandSetGs1), NRV_OK);
+            ASSERT_EQ(profile.Parse(expression.c_str()), NRV_OK);
+            std::string scan = row.text;
+            char* const pScan = &scan[0];
+            TNrvScanDecodedData record = {kNrvScanSymbologyNotSpecified, {0, nullptr}, {scan.size(), pScan}};
+            const NRVRESULT code = profile.Edit(&record);
+            const std::string edited(record.String.pValue, record.String.nLength);
+            if (row.pszReadable == nullptr) {
+                EXPECT_EQ(code, NRV_ERR_GS1_INVALID);
+                EXPECT_EQ(record.String.pValue, pScan);
+                continue;
+            }
+            ASSERT_EQ(code, NRV_OK);
+            const bool bReadable = expression == kExpression;
+            EXPECT_EQ(edited, bReadable ? row.pszReadable : row.pszData != nullptr ? row.pszData : "");
+        }
+        const TNrvExplanation explanation =
+            NrvExplain(kExpression, row.text.data(), row.text.size(), TNrvLimits(), kNrvCommandSetGs1);
+        ASSERT_EQ(explanation.nodes.size(), 1u);
+        std::string spelt;
+        for (const TNrvExplainGs1Element& shown : explanation.nodes[0].gs1)
+            spelt += "(" + shown.ai + ")" + shown.data;
+        if (row.pszReadable != nullptr) {
+            EXPECT_EQ(spelt, row.pszReadable);
+            continue;
+        }
+        const std::string place = row.nLength > 1 ? "at bytes " + std::to_string(row.nOffset) + " to " +
+                                                        std::to_string(row.nOffset + row.nLength - 1)
+                                                  : "at byte " + std::to_string(row.nOffset);
+        EXPECT_EQ(explanation.failure.message.rfind(std::string(row.pszMessage) + ", " + place + " of the scan", 0),
+                  0u)
+            << explanation.failure.message;
     }
 }
 

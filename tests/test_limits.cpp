@@ -31,6 +31,7 @@ struct TOutcome {
 TOutcome EditWithLimits(const std::string& expression, const std::string& scan, const TLimits& limits)
 {
     CNrvDataEditingProfile profile;
+    EXPECT_EQ(profile.EnableCommandSets(kNrvCommandSetsAll), NRV_OK);
     EXPECT_EQ(profile.Parse(expression.c_str()), NRV_OK);
     EXPECT_EQ(profile.WriteLimitMaximumTextSize(limits.nMaximumTextSize), NRV_OK);
     EXPECT_EQ(profile.WriteLimitWorkBudget(limits.nWorkBase, limits.nWorkPerScanByte), NRV_OK);

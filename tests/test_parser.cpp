@@ -82,7 +82,8 @@ NRVRESULT ParseInto(CNrvDataEditingProfile* pProfile, const std::string& express
     CNrvParsingString text(expression.c_str());
     CNrvParsingString::SetTraceCallback(pLog != nullptr ? Collect : nullptr, pLog);
     const NRVRESULT result =
-        CNrvOperation::Parse(pProfile, CNrvOperationDictionary::GetLibraryDictionary(), '{', '}', &text, pList);
+        CNrvOperation::Parse(pProfile, CNrvOperationDictionary::GetLibraryDictionary(pProfile->GetCommandSets()), '{',
+                             '}', &text, pList);
     CNrvParsingString::SetTraceCallback(nullptr, nullptr);
     return result;
 }
@@ -318,8 +319,9 @@ std::string TrialCall(const TNrvCommandInfo& row, size_t nTextAt)
     return call + ")}";
 }
 
-// The dictionary and the command table agree both ways: every row is
-// registered, in the table's order, and nothing else is; each factory makes
+// The dictionary and the command table agree both ways: every row of the
+// sets it is initialised with is registered, in the table's order, and
+// nothing else is (the seed commands alone by default); each factory makes
 // an operation that reads that very row; each row's parameter kinds are what
 // the parser then enforces; and each row's sample call is a call of that
 // command alone, with its parameters, which edits the sample scan.
@@ -329,16 +331,27 @@ TEST(Dictionary, RegistersExactlyTheCommandTable)
     const TNrvCommandInfo* pTable = NrvGetCommandTable(&nCount);
     ASSERT_GT(nCount, 0u);
     CNrvDataEditingProfile profile;
-    CNrvOperationDictionary dictionary;
+    ASSERT_EQ(NRV_OK, profile.EnableCommandSets(kNrvCommandSetsAll));
+    CNrvOperationDictionary seed, dictionary;
     EXPECT_EQ(nullptr, dictionary.GetValue("DecodedData", 11));  // not initialised yet
     EXPECT_EQ(0u, dictionary.GetCount());
-    ASSERT_EQ(NRV_OK, dictionary.Initialize());
+    ASSERT_EQ(NRV_OK, seed.Initialize());
+    ASSERT_EQ(NRV_OK, dictionary.Initialize(kNrvCommandSetsAll));
     ASSERT_EQ(nCount, dictionary.GetCount());
     EXPECT_EQ(nullptr, dictionary.GetKey(nCount));
+    size_t nSeed = 0;
     for (size_t i = 0; i < nCount; ++i) {
         const TNrvCommandInfo& row = pTable[i];
         SCOPED_TRACE(row.pszName);
         EXPECT_STREQ(row.pszName, dictionary.GetKey(i));
+        // The seed rows come first, and the seed dictionary holds them alone.
+        if (row.nSet == kNrvCommandSetSeed) {
+            EXPECT_EQ(i, nSeed);
+            EXPECT_STREQ(row.pszName, seed.GetKey(nSeed++));
+        } else {
+            EXPECT_EQ(nullptr, seed.GetValue(row.pszName, strlen(row.pszName)));
+            EXPECT_NE(nullptr, NrvCommandSetName(row.nSet));
+        }
         EXPECT_EQ(&row, NrvFindCommandInfo(row.pszName, strlen(row.pszName)));
         EXPECT_NE('\0', row.pszSummary[0]);
         for (size_t j = 0; j < row.nParameterCount; ++j) {
@@ -380,6 +393,9 @@ TEST(Dictionary, RegistersExactlyTheCommandTable)
         TNrvScanDecodedData record = {kNrvScanSymbologyNotSpecified, {0, nullptr}, {scan.size(), &scan[0]}};
         EXPECT_EQ(NRV_OK, profile.Edit(&record));
     }
+
+    EXPECT_EQ(18u, nSeed);
+    EXPECT_EQ(nSeed, seed.GetCount());
 
     CNrvOperation* pUntouched = reinterpret_cast<CNrvOperation*>(&profile);
     CNrvOperationFactory* pFactory = dictionary.GetValue("Extract", 7);

@@ -113,6 +113,16 @@ TEST(RulesFile, EveryErrorAtItsLineAndColumn)
         {"zero byte in a trigger", "[[rule]]\n" + kGood + "contains = '\\x00'\n", 3, 12, "cannot hold a zero byte"},
         {"zero byte in an expression", "[[rule]]\nexpression = \"a\\u0000b\"\n", 2, 14, "cannot hold a zero byte"},
         {"rule not a table", "rule = [1]\n", 1, 9, "rule 1 must be a table, not an integer"},
+        {"gs1 not a boolean", "[[rule]]\n" + kGood + "gs1 = 'yes'\n", 3, 7, "'gs1' must be true or false, not a string"},
+        {"seed-only not a boolean", "[[rule]]\n" + kGood + "seed-only = 1\n", 3, 13, "'seed-only' must be true or false"},
+        {"ai not a list", "[[rule]]\n" + kGood + "ai = '10'\n", 3, 6, "'ai' must be a list of AIs such as"},
+        {"empty ai", "[[rule]]\n" + kGood + "ai = []\n", 3, 6, "not an empty one"},
+        {"an AI as a number loses its zero", "[[rule]]\n" + kGood + "ai = ['10', 1]\n", 3, 13,
+         "an AI is written as a string of digits such as \"01\", not an integer"},
+        {"an AI GS1 lacks", "[[rule]]\n" + kGood + "ai = ['10', '23']\n", 3, 13, "rule 1: no AI 23 exists in GS1's table"},
+        {"gs1 false with ai", "[[rule]]\n" + kGood + "ai = ['10']\ngs1 = false\n", 4, 7,
+         "rule 1 can never match: 'gs1' is false, and only a GS1 message holds the AIs of 'ai'"},
+        {"misspelt gs1 key", "[[rule]]\n" + kGood + "seedonly = true\n", 3, 1, "(did you mean 'seed-only'?)"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.pszName);
@@ -150,6 +160,8 @@ TEST(RulesFile, ExpressionErrorsAtTheirCulprit)
          "  {Nope()}", 5, 1, "rule 2: the expression does not parse: "},
         {"unbalanced, in an inline table", "rule = [{ expression = \"ab{{DecodedData()}\" }]\n", "ab{{DecodedData()}",
          1, 25, "(NRV_ERR_SYNTAX, -52)"},
+        {"a GS1 command in a seed-only rule", "[[rule]]\nseed-only = true\nexpression = '{GS1Element(10A,10)}'\n",
+         "{GS1Element(10A,10)}", 3, 15, "extension set"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.pszName);

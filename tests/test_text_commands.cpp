@@ -265,7 +265,7 @@ private:
 TEST(Commands, FailingFirstParameterStopsTheRun)
 {
     CNrvDataEditingProfile profile;
-    CNrvOperationDictionary* pDictionary = CNrvOperationDictionary::GetLibraryDictionary();
+    CNrvOperationDictionary* pDictionary = CNrvOperationDictionary::GetLibraryDictionary(kNrvCommandSetsAll);
     ASSERT_NE(nullptr, pDictionary);
     size_t nCommands = 0;
     const TNrvCommandInfo* pCommands = NrvGetCommandTable(&nCommands);

@@ -34,15 +34,16 @@ class CExpressionEditor : public CScanEditor {
 public:
     explicit CExpressionEditor(const char* pszExpression) : m_pszExpression(pszExpression) {}
 
-    NRVRESULT Parse(bool bTrace)
+    NRVRESULT Parse(const CNrvSettings& settings, bool bTrace)
     {
+        settings.Apply(&m_Profile);  // the command sets before the parse
         const CTrace trace(bTrace);
         return m_Profile.Parse(m_pszExpression);
     }
-    CNrvDataEditingProfile* Profile() { return &m_Profile; }
 
     NRVRESULT Edit(TNrvScanDecodedData* pRecord) override { return m_Profile.Edit(pRecord); }
     const char* LastExpression() const override { return m_pszExpression; }
+    unsigned LastCommandSets() const override { return m_Profile.GetCommandSets(); }
 
 private:
     CNrvDataEditingProfile m_Profile;
@@ -76,6 +77,11 @@ public:
     }
 
     const char* LastExpression() const override { return m_Rules.GetRuleExpression(m_nLastRule); }
+    unsigned LastCommandSets() const override
+    {
+        const CNrvDataEditingProfile* pProfile = m_Rules.GetRuleProfile(m_nLastRule);
+        return pProfile != nullptr ? pProfile->GetCommandSets() : kNrvCommandSetSeed;
+    }
 
     std::string LastRuleLabel() const override
     {
@@ -124,9 +130,9 @@ private:
 std::unique_ptr<CScanEditor> MakeExpressionEditor(const SOptions& options)
 {
     std::unique_ptr<CExpressionEditor> pEditor(new CExpressionEditor(options.pszExpression));
-    if (pEditor->Parse(options.bTrace) < 0) {
+    if (pEditor->Parse(options.settings, options.bTrace) < 0) {
         // Asked only now: the diagnostic parses the expression once more.
-        const TNrvDiagnostic diagnostic = NrvDiagnoseParse(options.pszExpression);
+        const TNrvDiagnostic diagnostic = NrvDiagnoseParse(options.pszExpression, options.settings.CommandSets());
         if (options.bJson) {
             std::string json;
             CNrvJsonWriter().AppendParseOutcome(diagnostic, &json);
@@ -137,7 +143,6 @@ std::unique_ptr<CScanEditor> MakeExpressionEditor(const SOptions& options)
         }
         return nullptr;
     }
-    options.settings.Apply(pEditor->Profile());
     return pEditor;
 }
 
@@ -149,7 +154,7 @@ bool ReadRulesFile(const SOptions& options, const char* pszPath, CNrvRuleSet* pR
     bool bRead;
     {
         const CTrace trace(options.bTrace);
-        bRead = NrvReadRulesFile(pszPath, pRules, pTests, &errors);
+        bRead = NrvReadRulesFile(pszPath, pRules, pTests, &errors, options.settings.CommandSets());
     }
     if (!bRead) {
         for (const TNrvRulesError& error : errors)

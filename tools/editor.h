@@ -28,8 +28,10 @@ public:
     // Edits one scan as a profile does: on success the record holds the
     // edited data, otherwise it is untouched.
     virtual NRVRESULT Edit(TNrvScanDecodedData* pRecord) = 0;
-    // The expression the last scan went through, or null when none did.
+    // The expression the last scan went through, or null when none did,
+    // and the command sets its profile knows.
     virtual const char* LastExpression() const = 0;
+    virtual unsigned LastCommandSets() const = 0;
     // The rule that took the last scan, for messages ("rule 2 (Part
     // numbers)"); empty for the one expression, or when no rule took it.
     virtual std::string LastRuleLabel() const { return std::string(); }

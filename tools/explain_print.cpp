@@ -88,6 +88,13 @@ void AppendNode(const TNrvExplainNode& node, size_t nDepth, const TNrvExplanatio
     *pOut += '\n';
     for (const TNrvExplainNode& parameter : node.params)
         AppendNode(parameter, nDepth + 1, explanation, bColor, pOut);
+    // A GS1 command's text, element by element: "AI (17) EXPIRY => "141120"".
+    for (const TNrvExplainGs1Element& element : node.gs1) {
+        pOut->append(2 * (nDepth + 2), ' ');
+        *pOut += "AI (" + element.ai + ") " + Said(element.pszTitle) + " => " + Quoted(element.data) + "\n";
+    }
+    if (node.bGs1More)
+        pOut->append(2 * (nDepth + 2), ' ') += "AI ... (more elements)\n";
 }
 
 // The bytes [*pnFirst, *pnLast) of an expression to show around the byte at

@@ -34,6 +34,7 @@ enum {
     kOptMaxWork,
     kOptMaxLine,
     kOptMaxErrors,
+    kOptSeedOnly,
     kOptTest,
     kOptJunit,
 };
@@ -63,6 +64,7 @@ const option kLongOptions[] = {
     {"max-work", required_argument, nullptr, kOptMaxWork},
     {"max-line", required_argument, nullptr, kOptMaxLine},
     {"max-errors", required_argument, nullptr, kOptMaxErrors},
+    {"seed-only", no_argument, nullptr, kOptSeedOnly},
     {"test", required_argument, nullptr, kOptTest},
     {"junit", required_argument, nullptr, kOptJunit},
     {nullptr, 0, nullptr, 0},
@@ -133,6 +135,7 @@ bool TakeSwitch(int c, SOptions* pOptions)
     case kOptJson: pOptions->bJson = true; return true;
     case kOptStats: pOptions->bStats = true; return true;
     case kOptRequireMatch: pOptions->bRequireMatch = true; return true;
+    case kOptSeedOnly: pOptions->settings.SetCommandSets(kNrvCommandSetSeed); return true;
     default: return false;
     }
 }
@@ -263,6 +266,8 @@ void PrintUsageAndOptions()
           "                           NO_COLOR is set), always or never\n"
           "      --trace              write the parser's trace on standard error\n"
           "      --list-commands      list the commands, their parameters and result\n"
+          "      --seed-only          know the eighteen seed commands only, as a host that\n"
+          "                           enables no extension set (GS1 commands are unknown)\n"
           "  -h, --help               show this help\n"
           "      --version            show the version\n"
           "\n",
@@ -315,7 +320,8 @@ void PrintTriggersRulesAndStatus()
           stdout);
 }
 
-// Straight from the library's command table, so that the list is whole.
+// Straight from the library's command table, so that the list is whole:
+// the seed commands, then each extension set under its own heading.
 void PrintCommandNames()
 {
     fputs("Commands (--list-commands shows their parameters):\n", stdout);
@@ -323,6 +329,11 @@ void PrintCommandNames()
     const TNrvCommandInfo* pCommands = NrvGetCommandTable(&nCommands);
     size_t nColumn = 0;
     for (size_t i = 0; i < nCommands; ++i) {
+        if (i != 0 && pCommands[i].nSet != pCommands[i - 1].nSet) {
+            printf("%s%s commands (an extension set, enabled unless --seed-only):\n", nColumn != 0 ? "\n" : "",
+                   NrvCommandSetName(pCommands[i].nSet));
+            nColumn = 0;
+        }
         const size_t nName = strlen(pCommands[i].pszName);
         if (nColumn != 0 && nColumn + 1 + nName > 78) {
             putchar('\n');

@@ -89,7 +89,7 @@ void CScanPrinter::PassThrough(const char* pData, size_t nLength, bool bFirst, b
 TNrvExplanation CScanPrinter::ExplainLast(NRVRESULT result, const char* pData, size_t nLength) const
 {
     try {
-        return NrvExplain(m_pEditor->LastExpression(), pData, nLength, m_Limits);
+        return NrvExplain(m_pEditor->LastExpression(), pData, nLength, m_Limits, m_pEditor->LastCommandSets());
     } catch (const std::bad_alloc&) {
         TNrvExplanation explanation;
         explanation.nCode = explanation.failure.nCode = result;
@@ -115,7 +115,8 @@ void CScanPrinter::ReportFailure(NRVRESULT result, const char* pData, size_t nLe
     }
     TNrvDiagnostic failure;
     try {
-        failure = NrvExplainFailure(m_pEditor->LastExpression(), pData, nLength, m_Limits);
+        failure = NrvExplainFailure(m_pEditor->LastExpression(), pData, nLength, m_Limits,
+                                    m_pEditor->LastCommandSets());
     } catch (const std::bad_alloc&) {
         failure.nCode = result;
         failure.message = "out of memory while explaining the edit";

@@ -20,6 +20,7 @@ const SCode kCodes[] = {
     {NRV_ERR_WORK_LIMIT, "NRV_ERR_WORK_LIMIT", "the edit used up its work budget"},
     {NRV_ERR_TEXT_TOO_LONG, "NRV_ERR_TEXT_TOO_LONG",
      "a text of 2 GiB or more reached a command whose positions travel in 32 bits"},
+    {NRV_ERR_GS1_INVALID, "NRV_ERR_GS1_INVALID", "the text is not a valid GS1 message"},
     {NRV_ERR_UNKNOWN_COMMAND, "NRV_ERR_UNKNOWN_COMMAND", "a name that is not a command"},
     {NRV_ERR_PARAMETER_COUNT, "NRV_ERR_PARAMETER_COUNT",
      "the number of parameters written differs from what the command takes"},

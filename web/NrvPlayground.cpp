@@ -98,7 +98,15 @@ std::string NrvScansOfFile(std::string_view bytes, bool bEscapes, bool* pbEscape
 
 CNrvPlayground::CNrvPlayground()
 {
-    m_Settings.ApplyLimits(&m_Profile);
+    m_Settings.Apply(&m_Profile);
+}
+
+std::string CNrvPlayground::SetSeedOnly(bool bSeedOnly)
+{
+    m_Settings.SetCommandSets(bSeedOnly ? kNrvCommandSetSeed : kNrvCommandSetsAll);
+    m_Profile.EnableCommandSets(m_Settings.CommandSets());
+    const std::string expression = m_Expression;
+    return Parse(expression);
 }
 
 std::string CNrvPlayground::Parse(std::string_view expression)
@@ -109,7 +117,7 @@ std::string CNrvPlayground::Parse(std::string_view expression)
         m_ParseResult = diagnostic.nCode;
     } else {
         m_ParseResult = m_Profile.Parse(m_Expression.c_str());
-        diagnostic = NrvDiagnoseParse(m_Expression.c_str());
+        diagnostic = NrvDiagnoseParse(m_Expression.c_str(), m_Settings.CommandSets());
     }
     std::string reply;
     CNrvJsonWriter(kNrvBytesDisplay).AppendParseOutcome(diagnostic, &reply);
@@ -121,6 +129,7 @@ std::string CNrvPlayground::SetTriggers(std::string_view minimumSize, std::strin
                                         std::string_view startsWith, std::string_view endsWith, bool bEscapes)
 {
     CNrvSettings settings;
+    settings.SetCommandSets(m_Settings.CommandSets());  // the switch is not a trigger
     TNrvSettingError error;
     bool bRead = (minimumSize.empty() || settings.ReadSize(kNrvSettingMinimumSize, minimumSize, &error)) &&
                  (maximumSize.empty() || settings.ReadSize(kNrvSettingMaximumSize, maximumSize, &error)) &&
@@ -200,7 +209,8 @@ std::string CNrvPlayground::EditScans(int nSymbology, size_t nFirst, size_t nCou
         if (nCode < 0 && nRefused >= 0) {
             reply += ',';
             shown.AppendDiagnostic(
-                NrvExplainFailure(m_Expression.c_str(), scan.bytes.data(), scan.bytes.size(), m_Settings.Limits()),
+                NrvExplainFailure(m_Expression.c_str(), scan.bytes.data(), scan.bytes.size(), m_Settings.Limits(),
+                                  m_Settings.CommandSets()),
                 &reply);
         }
         reply += ']';
@@ -222,7 +232,8 @@ std::string CNrvPlayground::Explain(std::string_view expression, std::string_vie
     if (FindZeroByte(expression, &explanation.failure))
         explanation.nCode = explanation.failure.nCode;
     else
-        explanation = NrvExplain(std::string(expression).c_str(), scan.data(), scan.size(), m_Settings.Limits());
+        explanation = NrvExplain(std::string(expression).c_str(), scan.data(), scan.size(), m_Settings.Limits(),
+                                 m_Settings.CommandSets());
     TNrvJsonScan shown;
     shown.nScan = nScan;
     shown.nCode = explanation.nCode;
@@ -244,6 +255,11 @@ std::string CNrvPlayground::Commands()
         CNrvJsonWriter::AppendUtf8(command.pszSummary, &reply);
         reply += ",\"result\":";
         reply += KindName(command.nResultType);
+        reply += ",\"set\":";
+        if (command.nSet == kNrvCommandSetSeed)
+            reply += "null";
+        else
+            CNrvJsonWriter::AppendUtf8(NrvCommandSetName(command.nSet), &reply);
         reply += ",\"parameters\":[";
         for (size_t p = 0; p < command.nParameterCount; ++p) {
             reply += p != 0 ? ",{\"name\":" : "{\"name\":";

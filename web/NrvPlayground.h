@@ -30,8 +30,14 @@ extern const TNrvSettingNames kPageSettingNames;
 
 class CNrvPlayground {
 public:
-    // Edits run under the default limits of every front end.
+    // Edits run under the default limits of every front end, with every
+    // command set enabled.
     CNrvPlayground();
+
+    // The page's switch: the eighteen seed commands only (a host that
+    // enables no extension set), or every set. Parses the last expression
+    // again and replies with its parse outcome, as Parse does.
+    std::string SetSeedOnly(bool bSeedOnly);
 
     // Parses the expression for the next edits. Replies with its parse
     // outcome; an expression with a zero byte is refused
@@ -64,7 +70,8 @@ public:
     // {"line":false,"message":"..."} when the line's escapes are malformed.
     std::string Explain(std::string_view expression, std::string_view line, bool bEscapes, unsigned long long nScan);
 
-    // The command table: [{"name","summary","result","parameters":[{"name","kind"}]}].
+    // The command table: [{"name","summary","result","set","parameters":[{"name","kind"}]}],
+    // "set" null for a seed command and the set's name ("GS1") for an extension's.
     static std::string Commands();
     // The symbology names, indexed by identifier.
     static std::string Symbologies();

@@ -47,6 +47,11 @@ EMSCRIPTEN_KEEPALIVE const char* nrv_parse(const char* pExpression, size_t nExpr
     return Guarded([&] { return g_Playground.Parse(Text(pExpression, nExpression)); });
 }
 
+EMSCRIPTEN_KEEPALIVE const char* nrv_set_seed_only(int bSeedOnly)
+{
+    return Guarded([&] { return g_Playground.SetSeedOnly(bSeedOnly != 0); });
+}
+
 EMSCRIPTEN_KEEPALIVE const char* nrv_set_triggers(const char* pMinimum, size_t nMinimum, const char* pMaximum,
                                                   size_t nMaximum, const char* pSymbologies, size_t nSymbologies,
                                                   const char* pContains, size_t nContains, const char* pStartsWith,

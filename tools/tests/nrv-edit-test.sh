@@ -327,10 +327,16 @@ list-commands)
         problem="$problem${problem:+; }the first command is not listed as expected"
     grep -qxF "FindFirstFromIndex(text: text, start: number, search: text, offset: number) -> number" "$WORK/out" ||
         problem="$problem${problem:+; }a command with number parameters is not listed as expected"
-    # Every command is a signature line, then its summary indented by four.
+    # The GS1 set under its own heading, after a blank line, and its commands after it.
+    grep -A1 -xF "GS1 commands (an extension set, enabled unless --seed-only):" "$WORK/out" |
+        grep -q '^GS1Element(text: text, ai: text) -> text$' ||
+        problem="$problem${problem:+; }the GS1 commands are not listed under their heading"
+    # Every command is a signature line, then its summary indented by four;
+    # each set's heading follows a blank line.
+    grep -v -e '^$' -e '^[A-Z0-9]* commands (.*):$' "$WORK/out" >"$WORK/commands"
     awk 'NR % 2 == 1 && !/^[A-Za-z]+\((|[a-zA-Z]+: (text|number)(, [a-zA-Z]+: (text|number))*)\) -> (text|number)$/ { bad = 1 }
          NR % 2 == 0 && !/^    [^ ]/ { bad = 1 }
-         END { exit bad || NR % 2 != 0 || NR == 0 }' "$WORK/out" ||
+         END { exit bad || NR % 2 != 0 || NR == 0 }' "$WORK/commands" ||
         problem="$problem${problem:+; }a line is not a signature followed by its summary"
     if [ -n "$problem" ]; then
         failures=$((failures + 1))
@@ -461,6 +467,15 @@ QR-9
     expect "the example file: GS1 separators and GTIN" 0 '01095040000591012112345678p901|101234567p
 GTIN 04412345678909' '' -e -s DataMatrix --rules "$EXAMPLE_RULES" \
         '01095040000591012112345678p901\x1D101234567p' 0104412345678909
+    # A real scan with a lot and an expiry date; the same with a wrong check
+    # digit is no GS1 message, and the separators rule takes it.
+    expect "the example file: GS1 lot and expiry" 0 'lot 1234567p expiry 141120
+01095040000591112112345678p901|101234567p|17141120' '' -e -s DataMatrix --rules "$EXAMPLE_RULES" \
+        '01095040000591012112345678p901\x1D101234567p\x1D17141120' \
+        '01095040000591112112345678p901\x1D101234567p\x1D17141120'
+    expect "--seed-only: a GS1 command in the example file is unknown" 2 NONE \
+        'rule 2: the expression does not parse: unknown command "GS1Element"' \
+        --seed-only --check --rules "$EXAMPLE_RULES"
     expect "an operand is a scan, never an expression" 0 "{Nope()}" '' --rules "$WORK/rules.toml" '{Nope()}'
     expect "--explain names the rule before its tree, or that none applied" 0 'rule 1 (Part numbers) applied
 scan 1: "PN7" => "Part: 7"
@@ -663,7 +678,7 @@ streams)
     ;;
 
 rules-test)
-    expect "the example file's tests all pass" 0 "9 passed, 0 failed" '' --test "$EXAMPLE_RULES"
+    expect "the example file's tests all pass" 0 "10 passed, 0 failed" '' --test "$EXAMPLE_RULES"
     # Tests written inline, one a line, before the rules they check.
     cat >"$WORK/t.toml" <<'RULES'
 test = [
@@ -783,9 +798,9 @@ PY
         'assert message == "expected \"<\\x02>\" got \"<\\x01>\" from rule 1 (a<b> & \"c\" \\x1B)", message' \
         'lines = failure.firstChild.data.splitlines(); assert lines[0].endswith(": test 2: " + message), lines' \
         'assert lines[1].strip() == "^" and len(lines[1]) == len(lines[0]) - len(message) + len("expected \"<\\x02>\" got \"<") + 1, lines'
-    expect "every test passes: a report without failures" 0 "9 passed, 0 failed" '' --test "$EXAMPLE_RULES" \
+    expect "every test passes: a report without failures" 0 "10 passed, 0 failed" '' --test "$EXAMPLE_RULES" \
         --junit "$WORK/r.xml"
-    junit_check "$WORK/r.xml" 9 0 'assert cases[0].getAttribute("line") == "18"'
+    junit_check "$WORK/r.xml" 10 0 'assert cases[0].getAttribute("line") == "18"'
     ;;
 
 options)

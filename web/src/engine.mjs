@@ -48,6 +48,7 @@ export function createEngine(module) {
   const flag = (on) => (on ? 1 : 0);
   return {
     parse: (expression) => call('nrv_parse', expression),
+    setSeedOnly: (on) => call('nrv_set_seed_only', flag(on)),
     setTriggers: (t, escapes) => call('nrv_set_triggers', t.min, t.max, t.only.join(','), t.contains, t.startsWith,
                                       t.endsWith, flag(escapes)),
     setScans: (text, escapes) => call('nrv_set_scans', text, flag(escapes)),

@@ -12,6 +12,9 @@ export const EXAMPLES = [
    symbology: 'Code128', triggers: {only: ['Code128'], startsWith: 'AB'}},
   {title: 'Group separators made visible', expression: '{Substitute({DecodedData()},{EscapeCharacter(1D)},|)}',
    scans: '10567\\x1d1101010113010101\n10567890\\x1d11010101', escapes: true},
+  {title: 'Lot and expiry out of a GS1 code',
+   expression: 'lot {GS1Element({DecodedData()},10)} expiry {GS1Element({DecodedData()},17)}',
+   scans: ']C1010950110153000317141120\\x1D10AB-123\\x1D21SER42\n010950110153000417141120', escapes: true},
   {title: 'A mistake, underlined', expression: '{TruncateFromBeginning({DecodedData()},2,3)}', scans: 'AB1234'},
 ];
 
@@ -28,6 +31,7 @@ export function exampleInput(example) {
     expression: example.expression,
     scans: example.scans,
     escapes: !!example.escapes,
+    seedOnly: false,
     symbology: example.symbology || 'NotSpecified',
     triggers: {...defaultInput().triggers, ...example.triggers},
   };

@@ -46,7 +46,12 @@ function nodeHtml(node) {
   else if (node.code < 0) value = `<span class="node-failed">failed (${node.code})</span>`;
   else if (typeof node.value === 'number') value = `→ <span class="node-value integer">${node.value}</span>`;
   else value = `→ <span class="node-value">${escapeHtml(node.value)}</span>`;
-  const children = node.params.length ? `<ul>${node.params.map(nodeHtml).join('')}</ul>` : '';
+  // A GS1 command's text, element by element.
+  const elements = (node.gs1 || []).map((e) =>
+    `<li class="gs1-element" data-ai="${escapeHtml(e.ai)}">AI (${escapeHtml(e.ai)}) ` +
+    `<span class="gs1-title">${escapeHtml(e.title)}</span> → <span class="node-value">${escapeHtml(e.data)}</span></li>`)
+    .join('') + (node.gs1More ? '<li class="gs1-element">…</li>' : '');
+  const children = node.params.length || elements ? `<ul>${node.params.map(nodeHtml).join('')}${elements}</ul>` : '';
   return `<li><span class="node" data-kind="${node.kind}" data-name="${escapeHtml(node.name)}" ` +
          `data-offset="${node.offset}" data-length="${node.length}" data-run="${run}" data-code="${node.code}">` +
          `<span class="node-kind">${node.kind}</span> ${label} ${value}</span>${children}</li>`;
@@ -75,6 +80,11 @@ export function commandHtml(command) {
   return `<code>${escapeHtml(command.name)}(${escapeHtml(commandSignature(command))})</code>` +
          ` <span class="result-kind">→ ${escapeHtml(command.result)}</span>` +
          `<span class="summary">${escapeHtml(command.summary)}</span>`;
+}
+
+// The heading of an extension set's commands in the reference.
+export function setHeadingText(set) {
+  return `${set} commands (an extension set; off with “seed commands only”)`;
 }
 
 export function exampleHtml(example) {

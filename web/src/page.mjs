@@ -4,7 +4,7 @@
 // this only moves text in and out.
 import {EngineError, createEngine} from './engine.mjs';
 import {EXAMPLES, SAMPLE_SCANS, exampleInput} from './examples.mjs';
-import {backdropHtml, commandHtml, exampleHtml, explainHtml, rowHtml} from './html.mjs';
+import {backdropHtml, commandHtml, exampleHtml, explainHtml, rowHtml, setHeadingText} from './html.mjs';
 import {EditOrder, SLICE_MS, nextSliceSize} from './slices.mjs';
 import {LIMITS, fileRefusal, fragmentOf, inputFromFragment, newState, scansCutNotice} from './state.mjs';
 import {commandTemplate, diagnosticText, pendingCell, rowCell, scanCountText, summaryText} from './status.mjs';
@@ -25,7 +25,7 @@ class Playground {
     const $ = (id) => win.document.getElementById(id);
     this.el = {
       expression: $('expression'), backdrop: $('expression-backdrop'), diagnostic: $('diagnostic'),
-      parseOk: $('parse-ok'), scans: $('scans'), scanCount: $('scan-count'), escapes: $('escapes'),
+      parseOk: $('parse-ok'), seedOnly: $('seed-only'), scans: $('scans'), scanCount: $('scan-count'), escapes: $('escapes'),
       symbology: $('symbology'), minSize: $('min-size'), maxSize: $('max-size'), startsWith: $('starts-with'),
       endsWith: $('ends-with'), contains: $('contains'), only: $('only-symbology'), triggerError: $('trigger-error'),
       notice: $('notice'), results: $('results'), summary: $('summary'), explain: $('explain'),
@@ -37,6 +37,7 @@ class Playground {
     this.state.input = this.readFields();
     // What the engine holds, what the rows show, and the edits under way.
     this.sentScans = null;
+    this.sentSeedOnly = false;
     this.view = {drawn: [], cells: [], top: 0, bottom: 0, job: null};
     this.fragmentTimer = 0;
   }
@@ -47,7 +48,7 @@ class Playground {
     const el = this.el;
     return {
       expression: el.expression.value, scans: el.scans.value, escapes: el.escapes.checked,
-      symbology: el.symbology.value || 'NotSpecified',
+      seedOnly: el.seedOnly.checked, symbology: el.symbology.value || 'NotSpecified',
       triggers: {min: el.minSize.value, max: el.maxSize.value, startsWith: el.startsWith.value,
                  endsWith: el.endsWith.value, contains: el.contains.value,
                  only: [...el.only.selectedOptions].map((o) => o.value)},
@@ -64,6 +65,7 @@ class Playground {
     set(el.expression, 'value', input.expression);
     set(el.scans, 'value', input.scans);
     set(el.escapes, 'checked', input.escapes);
+    set(el.seedOnly, 'checked', input.seedOnly);
     set(el.symbology, 'value', this.symbologyName(input.symbology));
     const t = input.triggers;
     [[el.minSize, t.min], [el.maxSize, t.max], [el.startsWith, t.startsWith], [el.endsWith, t.endsWith],
@@ -90,6 +92,10 @@ class Playground {
     this.view.job = null;
     try {
       this.sendScans();
+      if (input.seedOnly !== this.sentSeedOnly) {
+        this.engine.setSeedOnly(input.seedOnly);
+        this.sentSeedOnly = input.seedOnly;
+      }
       outcome.parse = this.engine.parse(input.expression);
       outcome.triggers = this.engine.setTriggers(input.triggers, input.escapes);
       this.startEdits();
@@ -377,11 +383,18 @@ class Playground {
       return b;
     };
     this.commands = this.engine.commands();
-    for (const command of this.commands) {
+    this.commands.forEach((command, i) => {
+      // Each extension set under its own heading, after the seed commands.
+      if (command.set && (i === 0 || this.commands[i - 1].set !== command.set)) {
+        const heading = doc.createElement('li');
+        heading.className = 'set-heading';
+        heading.textContent = setHeadingText(command.set);
+        el.commands.appendChild(heading);
+      }
       const b = button(el.commands, 'command', commandHtml(command));
       b.dataset.command = command.name;
       b.title = `Insert ${commandTemplate(command)}`;
-    }
+    });
     EXAMPLES.forEach((example, i) => {
       button(el.examples, 'example', exampleHtml(example)).dataset.example = String(i);
     });
@@ -394,7 +407,9 @@ class Playground {
     for (const name of ['expression', 'scans', 'minSize', 'maxSize', 'startsWith', 'endsWith', 'contains']) {
       el[name].addEventListener('input', () => this.changed());
     }
-    for (const name of ['escapes', 'symbology', 'only']) el[name].addEventListener('change', () => this.changed());
+    for (const name of ['escapes', 'seedOnly', 'symbology', 'only']) {
+      el[name].addEventListener('change', () => this.changed());
+    }
     el.expression.addEventListener('scroll', () => this.syncBackdropScroll());
     el.commands.addEventListener('mousedown', (e) => e.preventDefault());  // keep the cursor in the expression
     el.commands.addEventListener('click', (e) => {

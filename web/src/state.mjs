@@ -20,6 +20,7 @@ export function defaultInput() {
     expression: '',
     scans: '',
     escapes: false,
+    seedOnly: false,  // the eighteen seed commands only, no extension set
     symbology: 'NotSpecified',
     triggers: {min: '', max: '', startsWith: '', endsWith: '', contains: '', only: []},
   };
@@ -50,6 +51,7 @@ export function fragmentOf(input) {
   p.set('e', input.expression);
   if (input.scans.length <= LIMITS.linkScans) p.set('s', input.scans);
   if (input.escapes) p.set('x', '1');
+  if (input.seedOnly) p.set('seed', '1');
   if (input.symbology !== 'NotSpecified') p.set('y', input.symbology);
   for (const [key, value] of [['min', t.min], ['max', t.max], ['sw', t.startsWith], ['ew', t.endsWith],
                               ['c', t.contains]]) {
@@ -75,6 +77,7 @@ export function inputFromFragment(hash, base = defaultInput()) {
       expression: text('e'),
       scans: p.has('s') ? p.get('s') : base.scans,
       escapes: p.get('x') === '1',
+      seedOnly: p.get('seed') === '1',
       symbology: p.get('y') || 'NotSpecified',
       triggers: {min: text('min'), max: text('max'), startsWith: text('sw'), endsWith: text('ew'),
                  contains: text('c'), only: p.get('only') ? p.get('only').split(',') : []},

@@ -51,6 +51,7 @@ async function openPage(browser, fragment = '') {
 // Sets the fields the way a person would, one input event each.
 async function fill(page, state) {
   if (state.escapes !== undefined) await page.setChecked('#escapes', state.escapes);
+  if (state.seedOnly !== undefined) await page.setChecked('#seed-only', state.seedOnly);
   if (state.symbology !== undefined) await page.selectOption('#symbology', {label: state.symbology});
   if (state.only !== undefined) await page.selectOption('#only-symbology', state.only.map((label) => ({label})));
   for (const [key, id] of [['min', '#min-size'], ['max', '#max-size'], ['startsWith', '#starts-with'],
@@ -90,6 +91,7 @@ function runTool(state) {
   // Every failing scan reported, not only the first hundred.
   const args = ['--max-errors', '0'];
   if (state.escapes) args.push('-e');
+  if (state.seedOnly) args.push('--seed-only');
   if (state.symbology) args.push('-s', state.symbology);
   for (const name of state.only || []) args.push('--only-symbology', name);
   if (state.min) args.push('--min-size', String(state.min));

@@ -11,7 +11,7 @@ h.usePage(before, after, (opened) => ({browser, page} = opened));
 
 // The fields as a fresh page has them, triggers unset.
 const DEFAULTS = {escapes: false, symbology: 'NotSpecified', only: [], min: '', max: '', startsWith: '', endsWith: '',
-                  contains: ''};
+                  contains: '', seedOnly: false};
 
 // Runs one case on the page and on the tool, and checks that they agree.
 async function compareWithTool(state) {
@@ -41,6 +41,8 @@ test('edits agree with nrv-edit, byte for byte in the escaped form', async () =>
     {expression: '{Substring({DecodedData()},{FindFirstFromIndex({DecodedData()},-1,-,1)},' +
                  '{FindLastFromIndex({DecodedData()},-1,-,0)})}', scans: 'AB-CD-EF\nABCDEF\n-\n\n'},
     {expression: 'plain text, no command', scans: 'one\ntwo'},
+    {expression: '{GS1Element({DecodedData()},10)}|{GS1HumanReadable({DecodedData()})}',
+     scans: ']C1010950110153000317141120\\x1D10AB-123\\x1D21SER42\n0109501101530004\n10LOT\\xC3\\xA9', escapes: true},
   ];
   for (const state of cases) await compareWithTool(state);
 });
@@ -423,4 +425,33 @@ test('scans are edited in turns: the rows in view first, and a keystroke takes o
   assert.ok(rows.every((r) => r.code === 0 && r.output === '<A>'));
   assert.deepEqual(copy.errors, []);
   await copy.close();
+});
+
+test('GS1: the example, the elements in the explain tree, and the switch that keeps the seed commands', async () => {
+  await h.fill(page, DEFAULTS);
+  await page.click('#examples button:has-text("GS1 code")');
+  const state = {expression: await page.inputValue('#expression'), scans: await page.inputValue('#scans'), escapes: true};
+  const rows = await h.readResults(page);
+  assert.deepEqual(rows.map((r) => r.output), h.runTool(state).lines);
+  assert.deepEqual(rows.map((r) => r.code), [0, -63]);
+  assert.equal(rows[0].output, 'lot AB-123 expiry 141120');
+  assert.match(rows[1].status, /AI \(01\): check digit 4, expected 3, at byte 15 of the scan/);
+  await page.click('#results [data-scan-index="1"]');
+  const elements = await page.$$eval('#explain .node[data-name="GS1Element"] ~ ul > .gs1-element',
+                                     (items) => items.map((e) => e.dataset.ai + ' ' + e.textContent));
+  assert.deepEqual(elements.slice(0, 4).map((e) => e.split(' ')[0]), ['01', '17', '10', '21']);
+  assert.match(elements[2], /BATCH\/LOT → AB-123$/);
+  // The reference lists the GS1 commands under their own heading.
+  const reference = await page.$$eval('#commands > li', (items) =>
+    items.map((e) => (e.className === 'set-heading' ? '# ' : '') + (e.querySelector('[data-command]') || e).textContent));
+  const heading = reference.findIndex((e) => e.startsWith('# GS1 commands'));
+  assert.ok(heading >= 18 && reference[heading + 1].startsWith('GS1Element('), reference.join('\n'));
+  // Seed commands only: the expression no longer parses, as with nrv-edit --seed-only.
+  await h.fill(page, {seedOnly: true});
+  assert.equal(await page.$eval('#diagnostic', (d) => d.dataset.code), '-83');
+  assert.match(await page.textContent('#diagnostic'), /GS1 extension set/);
+  assert.equal(h.runTool({...state, seedOnly: true}).status, 2);
+  await page.waitForFunction(() => /(^#|&)seed=1(&|$)/.test(location.hash));  // the link keeps the switch
+  await h.fill(page, {seedOnly: false});
+  assert.equal(await page.$eval('#diagnostic', (d) => d.dataset.code), undefined);
 });

@@ -145,4 +145,22 @@ TEST(Playground, RepliesThatCarryDiagnostics)
     }
 }
 
+// The switch that keeps the seed commands: the GS1 commands are unknown
+// while it is on, in the parse and the edits, and the triggers do not turn
+// it off; the reference names each extension command's set.
+TEST(Playground, TheSeedOnlySwitch)
+{
+    CNrvPlayground playground;
+    ASSERT_EQ(playground.Parse("{GS1Element({DecodedData()},10)}"), "{\"ok\":true}");
+    playground.SetScans("10AB", false);
+    EXPECT_EQ(playground.EditScans(0, 0, 1), "{\"rows\":[[0,\"AB\"]]}");
+    EXPECT_NE(playground.SetSeedOnly(true).find("\"code\":-83"), std::string::npos);
+    EXPECT_EQ(playground.SetTriggers("", "", "", "", "", "", false), "{\"ok\":true}");
+    EXPECT_EQ(playground.EditScans(0, 0, 1), "{\"rows\":[[-83,\"10AB\"]]}");
+    EXPECT_EQ(playground.SetSeedOnly(false), "{\"ok\":true}");
+    EXPECT_NE(CNrvPlayground::Commands().find("\"name\":\"GS1Element\",\"summary\""), std::string::npos);
+    EXPECT_NE(CNrvPlayground::Commands().find("\"set\":\"GS1\""), std::string::npos);
+    EXPECT_NE(CNrvPlayground::Commands().find("\"result\":\"text\",\"set\":null"), std::string::npos);
+}
+
 }  // namespace

@@ -34,7 +34,7 @@ function fakeModule({failAt = [], growAt = [], reply = '{"ok":true}'} = {}) {
     module.HEAPU8.set(bytes, at);
     return at;
   };
-  for (const name of ['parse', 'set_triggers', 'set_scans', 'edit_scans', 'explain', 'read_file', 'commands', 'symbologies']) {
+  for (const name of ['parse', 'set_seed_only', 'set_triggers', 'set_scans', 'edit_scans', 'explain', 'read_file', 'commands', 'symbologies']) {
     module[`_nrv_${name}`] = exported;
   }
   return module;
@@ -49,6 +49,7 @@ test('texts cross as UTF-8 with their length, into the heap as it is after each 
     [(e) => e.parse('\uD800{x}'), [[0xEF, 0xBF, 0xBD, 0x7B, 0x78, 0x7D]], []],
     [(e) => e.parse(''), [[]], []],
     [(e) => e.setScans('a\0b\n', true), [[0x61, 0x00, 0x62, 0x0A]], [1]],
+    [(e) => e.setSeedOnly(true), [], [1]],
     [(e) => e.readFile(new Uint8Array([0xFF, 0x00, 0x0A]), false), [[0xFF, 0x00, 0x0A]], [0]],
     [(e) => e.explain('{}', 'a\uDC00', false, 7), [[0x7B, 0x7D], [0x61, 0xEF, 0xBF, 0xBD]], [0, 7]],
     [(e) => e.setTriggers({min: '1', max: '', only: ['Ean13', 'Code128'], contains: 'c', startsWith: 's', endsWith: 'e'}, true),

@@ -9,6 +9,7 @@ const input = (fields, triggers = {}) => ({...defaultInput(), ...fields, trigger
 test('a link gives back the input it was made from', () => {
   const cases = [
     input({expression: '{DecodedData()}'}),
+    input({expression: '{GS1Element({DecodedData()},10)}', seedOnly: true}),
     input({expression: 'a&b=c#d%e+f ?', scans: 'x\ny\n', escapes: true, symbology: 'Ean13'},
           {min: '2', max: '30', startsWith: '97', endsWith: '\\x0D', contains: ' ', only: ['Ean13', 'QRCode']}),
     input({expression: '{DecodedData()}\0{Frobnicate()}', scans: 'A\nB\0C\nD'}, {startsWith: 'A\0X'}),

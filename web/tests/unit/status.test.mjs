@@ -57,8 +57,10 @@ test('marks behind the expression and texts in the markup', () => {
   assert.ok(row.includes('data-scan-index="5"') && row.includes('&lt;img src=x&gt;') && row.includes('&quot;&amp;&quot;'));
   const explained = explainHtml(2, {code: 0, output: '<b>', nodes: [
     {kind: 'command', name: 'X<', offset: 0, length: 3, code: 0, value: '<i>', params: [
-      {kind: 'integer', name: '7', offset: 1, length: 1, code: null, value: null, params: []}]}]});
+      {kind: 'integer', name: '7', offset: 1, length: 1, code: null, value: null, params: []}],
+    gs1: [{ai: '10<', title: 'BATCH/LOT', data: '<b>'}], gs1More: true}]});
   assert.ok(!/<(b|i)>/.test(explained), explained);
+  assert.match(explained, /<li class="gs1-element" data-ai="10&lt;">AI \(10&lt;\) .*&lt;b&gt;.*<li class="gs1-element">…<\/li><\/ul>/);
   assert.match(explained, /data-name="X&lt;".*→ <span class="node-value">&lt;i&gt;<\/span>.*<span class="not-run">not run/);
   assert.equal(explainHtml(0, null), '<p class="hint">No scan selected.</p>');
 });
