@@ -133,7 +133,7 @@ class Playground {
 
   render() {
     const {el, state} = this;
-    const {parse, triggers, lines, total} = state.outcome;
+    const {parse, triggers, lines} = state.outcome;
     this.writeFields();
     el.diagnostic.textContent = diagnosticText(parse);
     for (const key of ['code', 'offset', 'length']) {
@@ -142,10 +142,16 @@ class Playground {
     }
     el.parseOk.hidden = !parse.ok;
     el.triggerError.textContent = triggers.ok ? '' : triggers.message;
-    el.notice.textContent = [state.notice, scansCutNotice(total)].filter(Boolean).join(' ');
+    this.renderNotice();
     el.scanCount.textContent = scanCountText(lines.length);
     this.renderBackdrop();
     this.renderExplain();
+  }
+
+  // What was refused or left out, if anything.
+  renderNotice() {
+    const {notice, outcome} = this.state;
+    this.el.notice.textContent = [notice, scansCutNotice(outcome.total)].filter(Boolean).join(' ');
   }
 
   renderBackdrop() {
@@ -171,7 +177,7 @@ class Playground {
         result = this.engine.explain(input.expression, outcome.lines[selected - 1], input.escapes, selected);
       } catch (e) {
         this.fail(e);
-        this.el.notice.textContent = this.state.notice;
+        this.renderNotice();
         return;
       }
     }
@@ -286,7 +292,7 @@ class Playground {
       fn();
     } catch (e) {
       this.fail(e);
-      this.el.notice.textContent = this.state.notice;
+      this.renderNotice();
     }
   }
 
@@ -325,14 +331,17 @@ class Playground {
     const refusal = fileRefusal(file.name, file.size);
     this.state.notice = refusal || '';
     if (refusal) {
-      this.render();
+      this.renderNotice();
       return;
     }
     file.arrayBuffer().then((buffer) => this.guarded(() => {
       const reply = this.engine.readFile(new Uint8Array(buffer), this.state.input.escapes);
       this.applyInput({...this.state.input, escapes: reply.escapes, scans: reply.text});
       this.saveFragment();
-    }));
+    }), (error) => {
+      this.state.notice = `The file ${JSON.stringify(file.name)} could not be read: ${error.message}`;
+      this.renderNotice();
+    });
   }
 
   select(n) {
