@@ -1,6 +1,6 @@
 // Replaced global allocation functions for the fuzz targets: the allocation
-// limit of FuzzSupport.h, and the check of new/delete pairing that the
-// sanitizer no longer makes once operator new is replaced. Each block has a
+// limit and the memory meter of FuzzSupport.h, and the check of new/delete
+// pairing that the sanitizer no longer makes once operator new is replaced. Each block has a
 // 16-byte header with its size and form; the sanitizer is told to treat the
 // header as unaddressable, so an underflow into it is still reported.
 #include <sanitizer/asan_interface.h>
@@ -21,6 +21,10 @@ struct alignas(16) TBlockHeader {
 static_assert(sizeof(TBlockHeader) == 16, "the header keeps the block aligned");
 
 int g_nLimitDepth = 0;
+// The bytes operator new holds now, and the most it held since the last
+// meter was made.
+size_t g_nHeldBytes = 0;
+size_t g_nPeakBytes = 0;
 
 void* AllocateBlock(size_t nSize, uint32_t nForm)
 {
@@ -34,6 +38,9 @@ void* AllocateBlock(size_t nSize, uint32_t nForm)
     pHeader->nForm = nForm;
     pHeader->nMagic = kMagic;
     ASAN_POISON_MEMORY_REGION(pHeader, sizeof(TBlockHeader));
+    g_nHeldBytes += nSize;
+    if (g_nHeldBytes > g_nPeakBytes)
+        g_nPeakBytes = g_nHeldBytes;
     return pHeader + 1;
 }
 
@@ -46,6 +53,7 @@ void ReleaseBlock(void* p, uint32_t nForm) noexcept
     NRV_FUZZ_CHECK(pHeader->nMagic == kMagic && "released a block that operator new did not make");
     NRV_FUZZ_CHECK(pHeader->nForm == nForm && "new/delete and new[]/delete[] mismatched");
     pHeader->nMagic = 0;
+    g_nHeldBytes -= pHeader->nSize;
     std::free(pHeader);
 }
 
@@ -59,6 +67,16 @@ CNrvFuzzAllocationLimit::CNrvFuzzAllocationLimit()
 CNrvFuzzAllocationLimit::~CNrvFuzzAllocationLimit()
 {
     --g_nLimitDepth;
+}
+
+CNrvFuzzMemoryMeter::CNrvFuzzMemoryMeter() : m_nBase(g_nHeldBytes)
+{
+    g_nPeakBytes = g_nHeldBytes;
+}
+
+size_t CNrvFuzzMemoryMeter::PeakBytes() const
+{
+    return g_nPeakBytes - m_nBase;
 }
 
 void* operator new(size_t nSize)

@@ -34,6 +34,20 @@ public:
     CNrvFuzzAllocationLimit& operator=(const CNrvFuzzAllocationLimit&) = delete;
 };
 
+// The most memory that operator new held at once since this object was
+// made, beyond what it held then: the cost of one step of an input, for the
+// targets that bound it. One meter at a time.
+class CNrvFuzzMemoryMeter {
+public:
+    CNrvFuzzMemoryMeter();
+    CNrvFuzzMemoryMeter(const CNrvFuzzMemoryMeter&) = delete;
+    CNrvFuzzMemoryMeter& operator=(const CNrvFuzzMemoryMeter&) = delete;
+    size_t PeakBytes() const;
+
+private:
+    size_t m_nBase;
+};
+
 // True for the codes a parse or an edit may return.
 inline bool NrvFuzzIsKnownResult(NRVRESULT result)
 {

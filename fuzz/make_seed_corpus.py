@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 """Writes the seed corpus of the fuzz targets: the expressions found in the
 README and in the tests, and, for the edit target, each of them joined to a
-scan (a few made-up ones and up to 40 real ones). Run from anywhere:
+scan (a few made-up ones and up to 40 real ones); for the playground target,
+a few of them with real scans, triggers and each of its switches. Run from
+anywhere:
 
     python3 fuzz/make_seed_corpus.py SCANS.tsv
 
@@ -80,6 +82,41 @@ def scans(tsv):
     return chosen
 
 
+def escaped(data):
+    """The scan as nrv-edit -e reads it (the page's escapes)."""
+    named = {0x5C: b"\\\\", 0x0D: b"\\r", 0x0A: b"\\n", 0x09: b"\\t"}
+    return b"".join(named.get(b, bytes([b]) if 0x20 <= b < 0x7F else b"\\x%02X" % b) for b in data)
+
+
+def playground_seeds(exprs, scan_list):
+    """Inputs of fuzz_playground.cpp: switches (the seed-only one in a third of
+    them), symbology, first scan, count,
+    then the fields cut at 0x1F (expression, scans, minimum, maximum,
+    symbologies, contains, starts with, ends with, the line explained)."""
+    triggers = [[b"", b"", b"", b"", b"", b""], [b"3", b"40", b"", b"", b"", b""],
+                [b"", b"", b"Code128,15", b"1", b"", b""], [b"", b"", b"", b"", b"\\x1D", b"\\r\\n"]]
+    seeds = []
+    for index in range(16):
+        switches = index % 16 | (16 if index % 3 == 0 else 0)
+        scans = [scan_list[(index * 4 + k) % len(scan_list)] for k in range(4)]
+        lines = [escaped(scan) if switches & 1 else scan.replace(b"\n", b" ") for scan in scans]
+        explained = escaped(scans[0]) if switches & 4 else scans[0].replace(b"\n", b" ")
+        fields = [exprs[index * len(exprs) // 16], b"\n".join(lines)] + triggers[index % 4] + [explained]
+        head = bytes([switches, (0, 15, 38, 200)[index % 4], index % 3, 255])
+        seeds.append(head + b"\x1f".join(field.replace(b"\x1f", b" ") for field in fields))
+    # Texts grown to 1 MiB, and past the largest text an edit may build (16
+    # MiB): the limits the page runs under, and the out-of-memory replies.
+    grown = b"{DecodedData()}"
+    for levels in range(1, 7):
+        grown = b"{Substitute(%s,A,AAAAAAAAAAAAAAAA)}" % grown
+        if levels == 5:
+            seeds.append(bytes([0, 0, 0, 255]) + b"\x1f".join([b"<%s>{MakeUpperCase(%s)}" % (grown, grown), b"A\nB"]
+                                                              + [b""] * 6 + [b"A"]))
+        if levels == 6:
+            seeds.append(bytes([0, 0, 0, 255]) + b"\x1f".join([grown, b"A\nB"] + [b""] * 6 + [b"A"]))
+    return seeds
+
+
 def write(target, data):
     directory = os.path.join(CORPUS, target)
     os.makedirs(directory, exist_ok=True)
@@ -98,12 +135,14 @@ def main():
         sys.stderr.write("make_seed_corpus.py: cannot read %s: %s\n" % (tsv, error))
         return 2
     exprs = expressions()
-    for target in ("parse", "edit", "structures"):
+    for target in ("parse", "edit", "structures", "playground"):
         for old in glob.glob(os.path.join(CORPUS, target, "seed-*")):
             os.remove(old)
     for index, expression in enumerate(exprs):
         write("parse", expression)
         write("edit", expression + b"\0" + scan_list[index % len(scan_list)])
+    for seed in playground_seeds(exprs, scan_list):
+        write("playground", seed)
     # The structure target reads operations from any bytes: a few fixed
     # random ones to start from.
     generator = random.Random(1)

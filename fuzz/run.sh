@@ -5,7 +5,7 @@
 # the reproducer in WORK/artifacts/.
 #
 # usage: fuzz/run.sh [-t SECONDS] [-b BUILD_DIR] [-w WORK_DIR] [TARGET...]
-#   TARGET        a fuzz/fuzz_TARGET.cpp: parse, edit, structures, rules, capi, ...
+#   TARGET        a fuzz/fuzz_TARGET.cpp: parse, edit, structures, rules, capi, playground, ...
 #                 (default: every one, one after the other)
 #   -t SECONDS    time per target (default 60)
 #   -b BUILD_DIR  build directory (default build-fuzz)
@@ -57,7 +57,7 @@ cmake --build "$build" -j2 --target "${targets[@]/#/nrv_fuzz_}"
 
 # Longest input per target: an expression and a scan of a few kilobytes
 # reach every path; longer ones only slow the search down.
-declare -A max_len=([parse]=4096 [edit]=4096 [structures]=2048 [rules]=4096 [capi]=4096)
+declare -A max_len=([parse]=4096 [edit]=4096 [structures]=2048 [rules]=4096 [capi]=4096 [playground]=4096)
 export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1}
 export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
 mkdir -p "$work/artifacts"

@@ -17,8 +17,10 @@ namespace {
 CNrvPlayground g_Playground;
 std::string g_Reply;
 
-// Runs fn and turns an allocation failure (a runaway Substitute nest) into a
-// reply the page can show; the engine has released what it held by then.
+// Runs fn and turns an allocation failure (a runaway Substitute nest, a
+// reply too large for the heap) into a reply the page shows as a message;
+// the engine has released what it held by then. That reply is a constant:
+// building it must not need the memory that just ran out.
 template <typename F>
 const char* Guarded(F fn)
 {
@@ -26,7 +28,7 @@ const char* Guarded(F fn)
         std::string().swap(g_Reply);  // the last reply's memory, back before the next is built
         g_Reply = fn();
     } catch (const std::bad_alloc&) {
-        g_Reply = "{\"outOfMemory\":true}";
+        return "{\"outOfMemory\":true}";
     }
     return g_Reply.c_str();
 }

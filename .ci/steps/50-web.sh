@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The playground: builds the page with emscripten (the wasm preset), checks
 # its size, and runs its browser tests in headless Chromium against this
-# tree's nrv-edit. Installs emscripten, Chromium, Node.js and the npm
+# tree's nrv-edit, and the unit tests of its modules with Node.js. Installs emscripten, Chromium, Node.js and the npm
 # packages (from web/package-lock.json) where they are missing.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
@@ -40,6 +40,6 @@ registered=$(ctest --test-dir build -N -L browser)
 grep -q 'playground\.' <<<"$registered" ||
   { echo "the browser tests were not registered (see the configure output of build/)" >&2; exit 1; }
 
-phase "browser tests"
-ctest --test-dir build -L browser --output-on-failure
+phase "browser tests and the page's unit tests"
+ctest --test-dir build -L 'browser|web' --output-on-failure
 phase "done"

@@ -5,13 +5,20 @@
 // the next frame (the results in view drawn). Prints the median and the
 // slowest, and for one more keystroke the time until every row is drawn.
 //
-//   node bench/render.js [SCANS.tsv] [COUNT]
+//   node bench/render.js SCANS.tsv [COUNT]
+//
+// SCANS.tsv: a table of decoded scans with a header line and three
+// tab-separated columns (symbology, sample, the scan's bytes in hex).
 'use strict';
 const fs = require('node:fs');
 const path = require('node:path');
 const h = require('../tests/harness.js');
 
-const corpus = process.argv[2] || '/work/shared/corpus/scans.tsv';
+if (process.argv.length < 3) {
+  console.error('usage: node bench/render.js SCANS.tsv [COUNT]');
+  process.exit(2);
+}
+const corpus = process.argv[2];
 const count = Number(process.argv[3] || 10000);
 
 function loadScans() {

@@ -62,6 +62,19 @@ async function fill(page, state) {
   if (state.expression !== undefined) await page.fill('#expression', state.expression);
 }
 
+// Sets a field at once, as a paste does: one input event. The text crosses
+// as UTF-16 code units, so a lone surrogate reaches the page as it is.
+async function paste(page, selector, text) {
+  const units = Array.from({length: text.length}, (_, i) => text.charCodeAt(i));
+  await page.evaluate(([selector, units]) => {
+    const field = document.querySelector(selector);
+    let value = '';
+    for (let i = 0; i < units.length; i += 8192) value += String.fromCharCode(...units.slice(i, i + 8192));
+    field.value = value;
+    field.dispatchEvent(new Event('input'));
+  }, [selector, units]);
+}
+
 // What the page shows: one entry per result, in order, once every row is drawn.
 async function readResults(page) {
   await page.waitForSelector('#results:not([aria-busy])', {state: 'attached'});
@@ -136,4 +149,4 @@ function usePage(before, after, opened) {
   });
 }
 
-module.exports = {launch, openPage, usePage, fill, readResults, runTool, toolParseCode, toolListCommands, pageDir, nrvEdit};
+module.exports = {launch, openPage, usePage, fill, paste, readResults, runTool, toolParseCode, toolListCommands, pageDir, nrvEdit};

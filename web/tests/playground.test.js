@@ -276,8 +276,10 @@ test('a link with a zero byte or a size past 32 bits is refused as the tool refu
     const lines = new URLSearchParams(fragment).get('s').split('\n');
     assert.equal(rows.length, lines.length, fragment);
     const diagnostic = await copy.$eval('#diagnostic', (d) => ({...d.dataset, text: d.textContent}));
+    assert.ok(rows.every((r) => r.status !== ''), `${fragment}: every row edited, none left pending`);
     if (code) {
       assert.equal(Number(diagnostic.code), code);
+      assert.equal(await copy.isVisible('#parse-ok'), false, 'not said to parse');
       assert.ok(diagnostic.text.startsWith(sentence), diagnostic.text);
       assert.ok(rows.every((r) => r.code === code && r.output === lines[r.index - 1]));
     } else if (triggerError) {
@@ -288,6 +290,141 @@ test('a link with a zero byte or a size past 32 bits is refused as the tool refu
     assert.deepEqual(copy.errors, []);
     await copy.close();
   }
+});
+
+test('a lone surrogate reaches the engine as U+FFFD, as the tool reads it, and takes nothing after it', async () => {
+  const cases = [
+    // expression, scans, what the page shows (the tool is asked too)
+    ['\uD800{DecodedData()}', 'AB', ['\uFFFDAB']],
+    ['<{DecodedData()}>', 'a\uDC00\nb', ['<a\uFFFD>', '<b>']],
+    ['{DecodedData()}\uDBFF', 'x\uD83D\uDE00y', ['x\uD83D\uDE00y\uFFFD']],
+    ['<{DecodedData()}>', '\uDC00\uD800\n\uD800', ['<\uFFFD\uFFFD>', '<\uFFFD>']],
+    ['{TruncateFromBeginning({DecodedData()},3)}', '\uD800AB', ['AB']],
+  ];
+  await h.fill(page, DEFAULTS);
+  for (const [expression, scans, outputs] of cases) {
+    await h.paste(page, '#scans', scans);
+    await h.paste(page, '#expression', expression);
+    const rows = await h.readResults(page);
+    assert.deepEqual(rows.map((r) => r.output), outputs, JSON.stringify(expression + ' / ' + scans));
+    assert.deepEqual(rows.map((r) => r.output), h.runTool({expression, scans}).lines);
+    assert.equal(await page.$eval('#diagnostic', (d) => d.textContent), '');
+  }
+});
+
+// Files and links past the page's caps are refused before they reach the
+// engine: a message says so and names the cap, and the page goes on.
+test('a file or a link past the page\'s caps is refused with a message; one at the cap is read', async () => {
+  const MiB = 1 << 20;
+  const cases = [
+    // name, how: a dropped file {size, line, byte} or a link {size}, the notice expected (null: taken)
+    ['66 MiB of 0xFF lines', {size: 66 * MiB, line: 64, byte: 0xFF}, /is 66 MiB; the page reads files of up to 4 MiB/],
+    ['50 MiB without a newline', {size: 50 * MiB, line: 0, byte: 0x41}, /is 50 MiB; the page reads files of up to 4 MiB/],
+    ['one byte past the cap', {size: 4 * MiB + 1, line: 1024, byte: 0x41}, /the page reads files of up to 4 MiB/],
+    ['at the cap', {size: 4 * MiB, line: 1024, byte: 0x41}, null],
+    ['a link past the cap', {link: MiB + 1}, /this link is 1\.0 MiB; the page opens links of up to 1 MiB/i],
+  ];
+  for (const [name, input, notice] of cases) {
+    await h.paste(page, '#scans', 'AB\nCD');  // at once: the box may hold 4 MiB
+    await h.fill(page, {...DEFAULTS, expression: '<{DecodedData()}>'});
+    await page.evaluate(({size, line, byte, link}) => {
+      if (link) {
+        const head = 'e=%7BDecodedData()%7D&s=';
+        location.hash = head + 'A'.repeat(link - head.length);
+        return;
+      }
+      const bytes = new Uint8Array(size).fill(byte);
+      if (line) for (let i = line - 1; i < size; i += line) bytes[i] = 0x0A;
+      const transfer = new DataTransfer();
+      transfer.items.add(new File([bytes], 'scans.txt'));
+      document.body.dispatchEvent(new DragEvent('drop', {dataTransfer: transfer, bubbles: true, cancelable: true}));
+    }, input);
+    if (notice) {
+      await page.waitForFunction(() => document.getElementById('notice').textContent !== '');
+      assert.match(await page.textContent('#notice'), notice, name);
+      assert.equal(await page.inputValue('#scans'), 'AB\nCD', name);
+      assert.deepEqual((await h.readResults(page)).map((r) => r.output), ['<AB>', '<CD>'], name);
+    } else {
+      await page.waitForFunction(() => document.getElementById('scans').value.length > 5);
+      await page.waitForSelector('#results:not([aria-busy])', {state: 'attached'});
+      assert.equal(await page.textContent('#notice'), '', name);
+      // Each line of the file, edited (compared in the page: 8 MB of results).
+      const outputs = await page.$$eval('#results .output', (o, line) => o.every((e) => e.textContent === `<${line}>`) &&
+                                        o.length, 'A'.repeat(input.line - 1));
+      assert.equal(outputs, input.size / input.line, name);
+    }
+  }
+  // The page still edits what is typed.
+  await compareWithTool({expression: '[{DecodedData()}]', scans: 'ok\nyes'});
+});
+
+test('the scans past the page\'s cap are counted and left out, with a message', async () => {
+  await h.fill(page, {...DEFAULTS, expression: '<{DecodedData()}>'});
+  const count = 50001;
+  await page.evaluate((n) => {
+    const field = document.getElementById('scans');
+    field.value = Array.from({length: n}, (_, i) => `S${i + 1}`).join('\n');
+    field.dispatchEvent(new Event('input'));
+  }, count);
+  await page.waitForSelector('#results:not([aria-busy])', {state: 'attached'});
+  assert.match(await page.textContent('#notice'), /only the first 50,000 of 50,001 scans are edited/i);
+  assert.equal(await page.$$eval('#results [data-scan-index]', (rows) => rows.length), 50000);
+  assert.equal(await page.$eval('#results [data-scan-index="50000"] .output', (o) => o.textContent), '<S50000>');
+  await h.fill(page, {scans: 'x'});
+  assert.equal(await page.textContent('#notice'), '');
+});
+
+// Rows are edited in slices cut by time: a keystroke edits the rows in view
+// (as the list is after the new rows are in), the others follow in later
+// turns, and a new keystroke takes over from work still under way.
+test('scans are edited in turns: the rows in view first, and a keystroke takes over', async () => {
+  await h.fill(page, {...DEFAULTS, expression: '<{DecodedData()}>', scans: 'AB1234\nXY9876'});
+  const editedAtOnce = await page.evaluate(() => {
+    const field = document.getElementById('scans');
+    field.value = Array.from({length: 50000}, (_, i) => `P${i}`).join('\n');
+    field.dispatchEvent(new Event('input'));
+    return document.querySelectorAll('#results [data-scan-index]:not(.pending)').length;
+  });
+  assert.ok(editedAtOnce > 0 && editedAtOnce < 1000, `${editedAtOnce} of 50,000 rows edited within the paste`);
+  await page.waitForSelector('#results:not([aria-busy])', {state: 'attached'});
+  assert.match(await page.textContent('#summary'), /^50000 edited, 0 not triggered, 0 failed$/);
+  // Scrolled to the middle and further: the rows shown are those the keystroke edits.
+  for (const share of [0.5, 0.8]) {
+    await page.$eval('#results', (list, share) => { list.scrollTop = list.scrollHeight * share; }, share);
+    await page.evaluate(() => new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve))));
+    const shown = await page.evaluate((share) => {
+      const field = document.getElementById('expression');
+      field.value = `${share}{DecodedData()}`;
+      field.dispatchEvent(new Event('input'));
+      const list = document.getElementById('results').getBoundingClientRect();
+      const inView = (element) => {
+        const box = element.getBoundingClientRect();
+        return box.bottom > list.top && box.top < list.bottom;
+      };
+      return [...document.querySelectorAll('#results .rows')].filter(inView).flatMap((group) => [...group.children])
+        .filter(inView).map((row) => row.querySelector('.output').textContent);
+    }, share);
+    assert.ok(shown.length > 5, `${shown.length} rows shown`);
+    assert.ok(shown.every((output) => output.startsWith(String(share))), `rows in view edited at once: ${shown}`);
+  }
+  await h.paste(page, '#scans', 'x');  // the rest of those edits is dropped
+
+  // Every scan costs tens of milliseconds: a text of a million bytes, lower-cased 40 times, then cut.
+  let heavy = '{DecodedData()}';
+  for (let i = 0; i < 5; i++) heavy = `{Substitute(${heavy},A,AAAAAAAAAAAAAAAA)}`;
+  for (let i = 0; i < 40; i++) heavy = `{MakeLowerCase(${heavy})}`;
+  heavy = `{TruncateFromBeginning(${heavy},1048575)}`;
+  assert.deepEqual(h.runTool({expression: heavy, scans: 'A'}).lines, ['a']);
+  const link = new URLSearchParams({e: heavy, s: Array(400).fill('A').join('\n')});
+  const copy = await h.openPage(browser, '#' + link.toString());
+  const pending = await copy.$$eval('#results .pending', (rows) => rows.length);
+  assert.ok(pending >= 200, `${pending} of 400 rows still to edit once the page answers`);
+  await copy.fill('#expression', '<{DecodedData()}>');
+  const rows = await h.readResults(copy);
+  assert.equal(rows.length, 400);
+  assert.ok(rows.every((r) => r.code === 0 && r.output === '<A>'));
+  assert.deepEqual(copy.errors, []);
+  await copy.close();
 });
 
 test('GS1: the example, the elements in the explain tree, and the switch that keeps the seed commands', async () => {
