@@ -17,7 +17,7 @@ command -v ninja >/dev/null && generator=(-G Ninja)
 
 build=build-ci-coverage
 echo "-- clang++ with coverage: $build"
-CXX=clang++ cmake -S . -B "$build" ${generator[@]+"${generator[@]}"} -DCMAKE_BUILD_TYPE=Debug \
+CC=clang CXX=clang++ cmake -S . -B "$build" ${generator[@]+"${generator[@]}"} -DCMAKE_BUILD_TYPE=Debug \
   -DNRV_BUILD_TESTS=ON -DNRV_BUILD_TOOLS=ON -DNRV_BUILD_EXAMPLES=OFF -DNRV_SANITIZE=OFF \
   -DCMAKE_CXX_FLAGS="-fprofile-instr-generate -fcoverage-mapping" \
   -DCMAKE_EXE_LINKER_FLAGS="-fprofile-instr-generate" >/dev/null
